@@ -1,0 +1,15 @@
+# Instrumentation goes over the whole tree, because a half instrumented program reports what is not there.
+set(OVXMLLIB_SANITIZE "" CACHE STRING "Sanitizers as -fsanitize= takes them: address,undefined or thread")
+
+set(ovxmllib_instrumentation "")
+if(OVXMLLIB_SANITIZE)
+  set(ovxmllib_instrumentation -fsanitize=${OVXMLLIB_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+endif()
+if(OVXMLLIB_FUZZERS_LIBFUZZER)
+  if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    message(FATAL_ERROR "OVXMLLIB_FUZZERS_LIBFUZZER needs clang; the preset 'fuzz' chooses it")
+  endif()
+  list(APPEND ovxmllib_instrumentation -fsanitize=fuzzer-no-link)
+endif()
+add_compile_options(${ovxmllib_instrumentation})
+add_link_options(${ovxmllib_instrumentation})

@@ -1,0 +1,49 @@
+#include "ovxmllib/binding/SerializationContext.h"
+
+#include "ovxmllib/binding/OvException.h"
+
+namespace OvXmlLib16 {
+
+CSerializationContext CSerializationContext::m_defaultContext;
+
+void CSerializationContext::SetIgnoreMissingMandatoryElements(bool ignore) {
+  if (ignore && m_bIgnoreUnknownElements) {
+    throw COvInvalidStateException(
+        u"The parser can only ignore additional elements, or ignore the fact that some required ones are missing, "
+        u"you can not ignore both\n"
+        u"Set IgnoreUnknownElements to false before setting IgnoreMissingMandatoryElements to true");
+  }
+  m_bIgnoreMissingMandatoryElements = ignore;
+}
+
+void CSerializationContext::SetIgnoreUnknownElements(bool ignore) {
+  if (ignore && m_bIgnoreMissingMandatoryElements) {
+    throw COvInvalidStateException(
+        u"The parser can only ignore additional elements, or ignore the fact that some required ones are missing, "
+        u"you can not ignore both\n"
+        u"Set IgnoreMissingMandatoryElements to false before setting IgnoreUnknownElements to true");
+  }
+  m_bIgnoreUnknownElements = ignore;
+}
+
+void CSerializationContext::SetIndentChars(const WChar* text) {
+  const WStringView chars = ViewOf(text);
+  if (chars.find_first_not_of(u" \t") != WStringView::npos) {
+    // Deliberate: the message shows a backslash and a t, not a tab.
+    throw COvInvalidParamException(u"IndentChars can only contain Whitespace characters, i.e. \\t or spaces");
+  }
+  m_strIndentChars = chars;
+}
+
+void CSerializationContext::SetUntrustedInput() noexcept {
+  constexpr std::uint64_t kMebi = 1024 * 1024;
+  m_maxElementDepth = 256;
+  m_maxAttributesPerElement = 256;
+  m_maxNameLength = 1024;
+  m_maxTextLength = 16 * kMebi;
+  m_maxInputBytes = 64 * kMebi;
+  m_maxDecompressedBytes = 256 * kMebi;
+  m_bAllowDoctype = false;
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,133 @@
+#include "ovxmllib/binding/XmlObjectBase.h"
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/XmlElement.h"
+#include "ovxmllib/platform/MessageBox.h"
+#include "ovxmllib/values/NamespaceList.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+constexpr int kMajor = 16;
+constexpr int kMinor = 1;
+
+constinit std::atomic<int> g_generatorMajor = 0;
+constinit std::atomic<int> g_generatorMinor = 0;
+constinit std::atomic<bool> g_versionTested = false;
+
+bool IsVersionRight() noexcept { return g_generatorMajor == kMajor && g_generatorMinor == kMinor; }
+
+void ShowVersionMismatch() {
+  platform::ShowMessageBox(u"Version Mismatch Error",
+                           FormatString(u"Please ensure your generated code is the same version as this library "
+                                        u"(Ovalin Runtime: v%d.%d, Generator: v%d.%d).",
+                                        kMajor, kMinor, g_generatorMajor.load(), g_generatorMinor.load()));
+}
+
+void FireRemoval(IEventSink* sink, CXmlObjectBase* collection, IEventSink::MsgType type, int index) {
+  sink->OnEvent(collection->GetBase(), type, index == -1 ? nullptr : &index);
+}
+
+}  // namespace
+
+void CXmlObjectBase::Register(int major, int minor) noexcept {
+  g_generatorMajor = major;
+  g_generatorMinor = minor;
+}
+
+void CXmlObjectBase::CheckVersion() {
+  if (IsVersionRight()) return;
+  ShowVersionMismatch();
+  throw COvException(FormatString(u"Wrong Version (Ovalin Runtime: v%d.%d, Generator: v%d.%d)", kMajor, kMinor,
+                                  g_generatorMajor.load(), g_generatorMinor.load()));
+}
+
+CXmlObjectBase::CXmlObjectBase() {
+  if (g_versionTested.load(std::memory_order_relaxed) || g_versionTested.exchange(true)) return;
+  if (!IsVersionRight()) ShowVersionMismatch();
+}
+
+CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& other) : m_strElementName(other.m_strElementName) {}
+
+CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
+  m_strElementName = other.m_strElementName;
+  return *this;
+}
+
+CXmlObjectBase::~CXmlObjectBase() = default;
+
+long CXmlObjectBase::AddRef() noexcept { return m_references.fetch_add(1, std::memory_order_relaxed) + 1L; }
+
+long CXmlObjectBase::Release() {
+  const long left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1L;
+  if (left == 0) delete this;
+  return left;
+}
+
+void CXmlObjectBase::OnEvent(CXmlObjectBase*, IEventSink::MsgType, void*) {}
+
+void CXmlObjectBase::AttributesToXml_Int(CXmlWriter*, const CSerializationContext&) const {}
+
+void CXmlObjectBase::AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,
+                                         const CSerializationContext& context) {
+  object->AttributesToXml_Int(writer, context);
+}
+
+void CXmlObjectBase::ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const WChar* ns,
+                               const CSerializationContext& context, bool optionalChoice) {
+  object->ToXml_Int(writer, isRoot, ns, context, optionalChoice);
+}
+
+CXmlElement* CXmlObjectBase::FromXml_Int(CXmlObjectBase* object, CXmlElement* parent, CXmlElement* child,
+                                         const CSerializationContext& context) {
+  return object->FromXml_Int(parent, child, context, /*optionalChoice=*/false);
+}
+
+void CXmlObjectBase::FireOnCollectionChangeEvent(IEventSink* sink, CXmlObjectBase* collection) {
+  sink->OnEvent(collection->GetBase(), IEventSink::OnCollectionChange, nullptr);
+}
+void CXmlObjectBase::FireOnCollectionAddEvent(IEventSink* sink, CXmlObjectBase* collection, void* item) {
+  sink->OnEvent(collection->GetBase(), IEventSink::OnCollectionAdd, item);
+}
+void CXmlObjectBase::FireOnCollectionAddCompleteEvent(IEventSink* sink, CXmlObjectBase* collection, void* item) {
+  sink->OnEvent(collection->GetBase(), IEventSink::OnCollectionAddComplete, item);
+}
+void CXmlObjectBase::FireOnCollectionRemoveEvent(IEventSink* sink, CXmlObjectBase* collection, int index) {
+  FireRemoval(sink, collection, IEventSink::OnCollectionRemove, index);
+}
+void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlObjectBase* collection, int index) {
+  FireRemoval(sink, collection, IEventSink::OnCollectionRemoveComplete, index);
+}
+
+bool CXmlObjectBase::DoesElementNameMatch(const CSerializationContext& context, const CXmlElement* element,
+                                          const WChar* name, const WChar* ns) {
+  if (element->GetLocalName() != ViewOf(name)) return false;
+  return context.GetIgnoreNamespaces() || element->GetNamespaceURI() == ViewOf(ns);
+}
+
+void CXmlObjectBase::Throw_IfElementNameDiffers(const CXmlObjectBase* object, const WChar* name) {
+  if (object == nullptr) return;
+  const WString& actual = object->GetBase()->m_strElementName;
+  if (actual == ViewOf(name)) return;
+  throw COvInvalidParamException(
+      FormatString(u"This property requires an element with the name %s the element being set has the element name %s",
+                   name, actual));
+}
+
+void CXmlObjectBase::Throw_IfPropertyIsNull(const CXmlObjectBase* object, const WChar* name) {
+  if (object != nullptr) return;
+  // Deliberate: the message says "node".
+  throw COvInvalidParamException(FormatString(u"The Property [%s] is mandatory, it may node be NULL", name));
+}
+
+bool CXmlObjectBase::IsNamespaceValid(const WChar* ns, const WChar* allowed, const WChar* target) {
+  return IsNamespaceInList(ViewOf(ns), ViewOf(allowed), ViewOf(target));
+}
+
+void CXmlObjectBase::TestNamespace(const WChar* ns, const WChar* allowed, const WChar* target) {
+  OvXmlLib16::TestNamespace(ViewOf(ns), ViewOf(allowed), ViewOf(target));
+}
+
+}  // namespace OvXmlLib16

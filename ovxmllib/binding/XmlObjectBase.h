@@ -1,0 +1,176 @@
+// The root of every bound object, and the entry points that read and write it.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+
+#include "ovxmllib/binding/Enumerations.h"
+#include "ovxmllib/binding/EventSink.h"
+#include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/BinaryData.h"
+
+namespace OvXmlLib16 {
+
+class CTextStream;
+class CXmlElement;
+class CXmlWriter;
+
+/// Base of all objects that read themselves from documents and write themselves as documents.
+///
+/// A descendant supplies GetBase, GetTargetNamespace, GetNamespace, ToXml_Int and FromXml_Int. The entry points From...
+/// build a document, let it parse the input and hand its tree to FromXml_Int; the entry points To... build a writer and
+/// hand it to ToXml_Int. An object can be read several times. After a failed read it is left as far as the read came,
+/// and can be read again or destroyed.
+///
+/// Life: an object is made with new and with no reference, belongs to the first CSmartPtr that takes it, and is deleted
+/// by the last Release. References may be dropped on any thread; all else on an object is for one thread at a time.
+/// Different objects may be used on different threads, with one context that nobody changes or with several.
+///
+/// Before the first use, generated code (or the application) calls Register with the version that the code was made
+/// for. Every entry point throws COvException when that is not this library's version, 16.1.
+class OVXMLLIB_API CXmlObjectBase : public IEventSink {
+ public:
+  /// Records the version of the code generator; 0.0 until the first call. Call it at start-up.
+  static void Register(int major, int minor) noexcept;
+
+  /// Receives the events of collections that the object listens to. Does nothing here.
+  void OnEvent(CXmlObjectBase* source, IEventSink::MsgType type, void* data) override;
+
+  /// This object as a CXmlObjectBase, where a descendant has several bases.
+  virtual CXmlObjectBase* GetBase() = 0;
+
+  /// Writes the object as an XML file, in place of one that is there. GZip makes it a gzip file; ZLib throws
+  /// COvException before the file is touched. With AsyncToXmlFile(true) and no compression the file is written as the
+  /// document is produced, else when it is complete. After a failure on the way the file may be partly written.
+  virtual void ToXmlFile(const WChar* file, bool header = true, bool formatted = true,
+                         XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
+                         const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                         CompressionType compression = CompressionType_None) const;
+
+  /// The object as XML text. `header` puts an XML declaration, without an encoding, ahead; `formatted` puts each
+  /// element on a line of its own, indented by the context's IndentChars.
+  virtual WString ToXml(bool header = true, bool formatted = true, EOLType eol = EOLType_LF,
+                        const CSerializationContext& context = CSerializationContext::GetDefaultContext()) const;
+
+  /// The object as bytes of an XML document. UTF-16 is little-endian and has no byte order mark here. XmlEncoding_None
+  /// throws COvException, and so does the compression of a document so small that it does not shrink.
+  virtual CBinaryData ToXmlStream(bool header = true, bool formatted = true, XmlEncoding encoding = XmlEncoding_UTF8,
+                                  EOLType eol = EOLType_LF,
+                                  const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                                  CompressionType compression = CompressionType_None) const;
+
+  /// Reads the object from an XML file, plain or compressed; see CXmlDocument::Load.
+  virtual void FromXmlFile(const WChar* file,
+                           const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from terminated UTF-16 text. An empty or null text throws COvException.
+  virtual void FromXml(const WChar* text,
+                       const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from terminated text in the encoding that it declares, UTF-8 by default.
+  virtual void FromXml(const char* text,
+                       const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from the bytes of an XML document, plain or compressed. Empty data throw COvException.
+  virtual void FromXmlStream(const CBinaryData& data,
+                             const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  virtual void FromXmlStream(const unsigned char* data, std::size_t length,
+                             const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from an element of a tree that the caller keeps.
+  virtual void FromXmlElement(const CXmlElement* element,
+                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+
+  virtual ~CXmlObjectBase();
+
+ protected:
+  /// The namespace that the entry points hand to ToXml_Int.
+  virtual WString GetTargetNamespace() const = 0;
+
+ public:
+  /// The namespace of the object's elements.
+  virtual WString GetNamespace() const = 0;
+
+  /// The same object as a constant.
+  const CXmlObjectBase* GetBase() const { return const_cast<CXmlObjectBase*>(this)->GetBase(); }
+
+  /// ToXmlFile and FromXmlFile with a path as the standard library writes it.
+  void ToXmlFile(const std::filesystem::path& file, bool header = true, bool formatted = true,
+                 XmlEncoding encoding = XmlEncoding_UTF8, EOLType eol = EOLType_LF,
+                 const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                 CompressionType compression = CompressionType_None) const;
+  void FromXmlFile(const std::filesystem::path& file,
+                   const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+
+  /// Takes a reference; returns the new count.
+  long AddRef() noexcept;
+  /// Drops a reference; returns the new count. At 0 the object is deleted.
+  long Release();
+
+ protected:
+  CXmlObjectBase();
+  /// A copy has the element name, and references of its own: none.
+  CXmlObjectBase(const CXmlObjectBase& other);
+  CXmlObjectBase& operator=(const CXmlObjectBase& other);
+
+  /// Writes the object's attributes on the start tag that is open on `writer`. Nothing here.
+  virtual void AttributesToXml_Int(CXmlWriter* writer, const CSerializationContext& context) const;
+
+  /// Writes the object. `isRoot` is true for the outermost object of a document alone and asks for what belongs on the
+  /// document element; `ns` is the namespace of the object's own element; `optionalChoice` tells a choice that it may
+  /// stay empty.
+  virtual void ToXml_Int(CXmlWriter* writer, bool isRoot, const WChar* ns, const CSerializationContext& context,
+                         bool optionalChoice) const = 0;
+
+  /// Fills the object. `parent` is the element whose attributes and text belong to it, `child` the first child element
+  /// that nobody has consumed, or null. Returns the next child element not consumed, or null. The tree is not owned and
+  /// is gone when the entry point returns.
+  virtual CXmlElement* FromXml_Int(CXmlElement* parent, CXmlElement* child, const CSerializationContext& context,
+                                   bool optionalChoice) = 0;
+
+  /// The same operations on another object, with `optionalChoice` false on reading.
+  static void AttributesToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer,
+                                  const CSerializationContext& context);
+  static void ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const WChar* ns,
+                        const CSerializationContext& context, bool optionalChoice);
+  static CXmlElement* FromXml_Int(CXmlObjectBase* object, CXmlElement* parent, CXmlElement* child,
+                                  const CSerializationContext& context);
+
+  /// The name of the element that the object stands for; empty for a new object.
+  WString GetElementName() const { return m_strElementName; }
+  void SetElementName(const WChar* name) { m_strElementName = ViewOf(name); }
+  static void SetElementName(CXmlObjectBase* object, const WChar* name) { object->SetElementName(name); }
+
+  /// Tell `sink` of a change of `collection`: OnEvent with the type of the same name. An index of -1 stands for all.
+  static void FireOnCollectionChangeEvent(IEventSink* sink, CXmlObjectBase* collection);
+  static void FireOnCollectionAddEvent(IEventSink* sink, CXmlObjectBase* collection, void* item);
+  static void FireOnCollectionAddCompleteEvent(IEventSink* sink, CXmlObjectBase* collection, void* item);
+  static void FireOnCollectionRemoveEvent(IEventSink* sink, CXmlObjectBase* collection, int index);
+  static void FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlObjectBase* collection, int index);
+
+  /// Whether `element` has this name: the local name is equal, and the namespace too unless the context ignores it.
+  static bool DoesElementNameMatch(const CSerializationContext& context, const CXmlElement* element, const WChar* name,
+                                   const WChar* ns);
+  /// Throws COvInvalidParamException when `object` is not null and has another element name than `name`.
+  static void Throw_IfElementNameDiffers(const CXmlObjectBase* object, const WChar* name);
+  /// Throws COvInvalidParamException, naming the property, when `object` is null.
+  static void Throw_IfPropertyIsNull(const CXmlObjectBase* object, const WChar* name);
+
+  /// Whether the wildcard list `allowed` ("##any", "##other", "##local", "##targetNamespace", URIs; separated by single
+  /// blanks) lets `ns` pass. A URI in the list lets an empty `ns` pass as well.
+  static bool IsNamespaceValid(const WChar* ns, const WChar* allowed, const WChar* target);
+  /// Throws COvInvalidNamespaceException when IsNamespaceValid says no.
+  static void TestNamespace(const WChar* ns, const WChar* allowed, const WChar* target);
+
+ private:
+  static void CheckVersion();
+  void WriteDocument(CTextStream& stream, bool header, bool formatted, EOLType eol,
+                     const CSerializationContext& context) const;
+  template <class Load>
+  void ReadDocument(const CSerializationContext& context, Load&& load);
+
+  WString m_strElementName;
+  std::atomic<std::int32_t> m_references = 0;
+};
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,167 @@
+#include "ovxmllib/document/DocumentTree.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/foundation/Unicode.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+const unsigned char* Bytes(std::string_view text) { return reinterpret_cast<const unsigned char*>(text.data()); }
+
+// The element behind `element` in document order below `root`, or null.
+CXmlElement* NextInSubtree(CXmlElement* element, const CXmlElement* root) {
+  if (element->GetFirstElement() != nullptr) return element->GetFirstElement();
+  const CXmlElement* at = element;
+  while (at != root && at->GetNextSiblingElement() == nullptr) at = at->GetParentElm();
+  return at == root ? nullptr : at->GetNextSiblingElement();
+}
+
+}  // namespace
+
+DocumentTree::DocumentTree(const CXmlDocument& owner, CXmlDocument::ElementComplete callback,
+                           const CSerializationContext& context)
+    : m_owner(owner), m_callback(callback), m_context(context), m_maxTextLength(context.GetMaxTextLength()) {}
+
+void DocumentTree::Clear() noexcept {
+  if (m_documentElement != nullptr) DropMade(m_documentElement);
+  CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements));
+  CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes));
+  m_elements = m_attributes = m_attributesOfOpen = 0;
+  m_documentElement = nullptr;
+  m_open.clear();
+  m_namespaces.clear();
+  m_names.Clear();
+  m_pool.Clear();
+}
+
+void DocumentTree::StartElement(std::string_view name) {
+  const std::size_t limit = m_context.GetMaxElementDepth();
+  if (limit != 0 && m_open.size() >= limit) {
+    throw COvException(FormatString(
+        u"The elements are nested deeper than %d levels. CSerializationContext::SetMaxElementDepth sets this limit.",
+        limit));
+  }
+  const ExpandedName& expanded = m_names.Intern(name, m_context.GetMaxNameLength());
+  OpenElement opened{nullptr, nullptr, nullptr, nullptr, nullptr, 0, m_pool.GetMark(), m_elements, m_attributes};
+  const CXmlElement* parent = m_open.empty() ? nullptr : m_open.back().element;
+  opened.element = new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(&m_owner, parent, expanded);
+  ++m_elements;
+  if (m_open.empty()) {
+    m_documentElement = opened.element;
+  } else {
+    OpenElement& above = m_open.back();
+    (above.lastChild != nullptr ? above.lastChild->m_pNextSibling : above.element->m_pFirstChild) = opened.element;
+    opened.previousSibling = std::exchange(above.lastChild, opened.element);
+  }
+  m_open.push_back(opened);
+  m_attributesOfOpen = 0;
+}
+
+void DocumentTree::AddAttribute(std::string_view name, std::string_view value) {
+  OpenElement& open = m_open.back();
+  const std::size_t limit = m_context.GetMaxAttributesPerElement();
+  if (limit != 0 && m_attributesOfOpen >= limit) {
+    throw COvException(FormatString(u"An element has more than %d attributes. "
+                                    u"CSerializationContext::SetMaxAttributesPerElement sets this limit.",
+                                    limit),
+                       open.element->GetXPath());
+  }
+  const ExpandedName& expanded = m_names.Intern(name, m_context.GetMaxNameLength());
+  auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, expanded);
+  ++m_attributes;
+  ++m_attributesOfOpen;
+  (open.lastAttribute != nullptr ? open.lastAttribute->m_pNext : open.element->m_pFirstAttribute) = attribute;
+  open.lastAttribute = attribute;
+  if (value.empty()) return;
+  auto* units = static_cast<WChar*>(m_pool.Allocate(value.size() * sizeof(WChar)));
+  const std::size_t length = unicode::Utf8ToWide(Bytes(value), value.size(), units).written;
+  CheckTextLength(length);
+  attribute->m_value.Assign(units, length);
+}
+
+void DocumentTree::AppendText(std::string_view text) {
+  OpenElement& open = m_open.back();
+  const std::size_t before = open.element->m_text.View().size();
+  if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
+  const std::size_t added = unicode::Utf8ToWideDroppingCr(Bytes(text), text.size(), open.text + before);
+  CheckTextLength(before + added);
+  open.element->m_text.Assign(open.text, before + added);
+}
+
+// Room for the open element's text and more behind it: in place where nothing was allocated since, as in an element
+// without children; else moved to twice the room, which keeps many small pieces linear.
+void DocumentTree::ReserveText(OpenElement& open, std::size_t units) {
+  constexpr std::size_t kUnit = sizeof(WChar);
+  if (open.textCapacity != 0 && m_pool.Extend(open.text, open.textCapacity * kUnit, units * kUnit)) {
+    open.textCapacity = units;
+    return;
+  }
+  const WStringView text = open.element->m_text.View();
+  open.textCapacity = std::max(units, 2 * open.textCapacity);
+  open.text = static_cast<WChar*>(m_pool.Allocate(open.textCapacity * kUnit));
+  if (!text.empty()) std::memcpy(open.text, text.data(), text.size() * kUnit);
+}
+
+void DocumentTree::ThrowTextTooLong() const {
+  throw COvException(FormatString(u"A text is longer than %d characters. "
+                                  u"CSerializationContext::SetMaxTextLength sets this limit.",
+                                  m_maxTextLength),
+                     m_open.back().element->GetXPath());
+}
+
+void DocumentTree::EndElement() {
+  const OpenElement ended = m_open.back();
+  m_open.pop_back();
+  if (m_callback == nullptr || !m_callback(ended.element)) return;
+  // Decided: the document element stays whatever the callback says, see docs/decisions.md.
+  if (!m_open.empty()) Drop(ended);
+}
+
+void DocumentTree::Drop(const OpenElement& ended) noexcept {
+  OpenElement& above = m_open.back();
+  above.lastChild = ended.previousSibling;
+  (above.lastChild != nullptr ? above.lastChild->m_pNextSibling : above.element->m_pFirstChild) = nullptr;
+  DropMade(ended.element);
+  CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements - ended.elementsBefore));
+  CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes - ended.attributesBefore));
+  m_elements = ended.elementsBefore;
+  m_attributes = ended.attributesBefore;
+  m_pool.Rewind(ended.start);
+}
+
+// Deletes the strings and lists that were made of the nodes below `root`, which is all that a node owns outside the
+// pool.
+void DocumentTree::DropMade(CXmlElement* root) noexcept {
+  if (!m_anyMade.load(std::memory_order_relaxed)) return;
+  for (CXmlElement* element = root; element != nullptr; element = NextInSubtree(element, root)) element->DropMade();
+}
+
+void DocumentTree::DeclareNamespace(std::string_view alias, std::string_view uri) {
+  m_namespaces.insert_or_assign(ToWide(alias), ToWide(uri));
+}
+
+const WString* DocumentTree::FindNamespace(WStringView alias) const {
+  const auto found = m_namespaces.find(alias);
+  return found == m_namespaces.end() ? nullptr : &found->second;
+}
+
+const WString* DocumentTree::FindAlias(WStringView uri) const {
+  const auto found =
+      std::find_if(m_namespaces.begin(), m_namespaces.end(), [&](const auto& entry) { return entry.second == uri; });
+  return found == m_namespaces.end() ? nullptr : &found->first;
+}
+
+std::map<WStringView, WStringView> DocumentTree::AliasesByNamespace() const {
+  std::map<WStringView, WStringView> aliases;
+  for (const auto& [alias, uri] : m_namespaces) aliases.emplace(uri, alias);
+  return aliases;
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,97 @@
+// The tree under construction: what a document's readers fill, and what its lookups read.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "ovxmllib/document/NameTable.h"
+#include "ovxmllib/document/NodePool.h"
+#include "ovxmllib/document/XmlDocument.h"
+
+namespace OvXmlLib16 {
+
+/// Owns the elements, attributes, text and names of one document and the elements that are open while it is read. It
+/// holds the limits of the context, for every format alike. Text comes in as UTF-8, which the reader has checked.
+///
+/// A failure leaves the tree as far as it was built, good for Clear and destruction only.
+class DocumentTree {
+ public:
+  /// `owner` and `context` are not owned; `callback` may be null.
+  DocumentTree(const CXmlDocument& owner, CXmlDocument::ElementComplete callback, const CSerializationContext& context);
+  ~DocumentTree() { Clear(); }
+  DocumentTree(const DocumentTree&) = delete;
+  DocumentTree& operator=(const DocumentTree&) = delete;
+
+  /// Drops everything.
+  void Clear() noexcept;
+
+  /// Opens an element: the document element if there is none, else the next child of the open one. `name` as NameTable
+  /// takes it. Throws COvException beyond the limits on depth and names.
+  void StartElement(std::string_view name);
+  /// Adds an attribute to the element that was opened last, before anything else happens to it. Throws COvException
+  /// beyond the limits on attributes, names and text.
+  void AddAttribute(std::string_view name, std::string_view value);
+  /// Appends to the text of the open element, without any U+000D. Throws COvException beyond the limit on text.
+  void AppendText(std::string_view text);
+  /// Ends the open element, asks the callback, and drops the element if it says so. Passes on what the callback throws.
+  void EndElement();
+
+  /// Maps an alias to a namespace from now on.
+  void DeclareNamespace(std::string_view alias, std::string_view uri);
+
+  CXmlElement* GetDocumentElement() const noexcept { return m_documentElement; }
+  const WString* FindNamespace(WStringView alias) const;
+  /// Null when no alias has the namespace.
+  const WString* FindAlias(WStringView uri) const;
+
+  /// Every namespace with the alias that FindAlias gives. The views are valid until the next declaration.
+  std::map<WStringView, WStringView> AliasesByNamespace() const;
+
+  /// Called by a node of which a string or list is made, so that Clear knows that there is something to look for. Any
+  /// thread may call it.
+  void NoteMade() noexcept {
+    if (!m_anyMade.load(std::memory_order_relaxed)) m_anyMade.store(true, std::memory_order_relaxed);
+  }
+
+ private:
+  // An element without its end tag yet, and what only an open element needs.
+  struct OpenElement {
+    CXmlElement* element;
+    CXmlElement* previousSibling;  // null for a first child
+    CXmlElement* lastChild;
+    CXmlAttribute* lastAttribute;
+    WChar* text;               // the element's text, in the pool
+    std::size_t textCapacity;  // code units
+    NodePool::Mark start;      // the pool before the element
+    std::size_t elementsBefore, attributesBefore;
+  };
+
+  void Drop(const OpenElement& ended) noexcept;
+  void DropMade(CXmlElement* root) noexcept;
+  void ReserveText(OpenElement& open, std::size_t units);
+  void CheckTextLength(std::size_t units) const {
+    if (units > m_maxTextLength && m_maxTextLength != 0) ThrowTextTooLong();
+  }
+  [[noreturn]] void ThrowTextTooLong() const;
+
+  const CXmlDocument& m_owner;
+  const CXmlDocument::ElementComplete m_callback;
+  const CSerializationContext& m_context;
+  const std::size_t m_maxTextLength;
+
+  NodePool m_pool;
+  NameTable m_names;
+  std::map<WString, WString, std::less<>> m_namespaces;  // alias to URI
+  std::vector<OpenElement> m_open;                       // the document element first
+  CXmlElement* m_documentElement = nullptr;              // in the pool
+  std::size_t m_elements = 0;                            // in the tree
+  std::size_t m_attributes = 0;                          // in the tree
+  std::size_t m_attributesOfOpen = 0;                    // of the element opened last
+  std::atomic<bool> m_anyMade = false;
+};
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,173 @@
+#include "ovxmllib/document/ExpatReader.h"
+
+#include <expat.h>
+
+#include <algorithm>
+#include <new>
+
+#include "ovxmllib/binding/FormatString.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+// Expat copies what it is given into its own buffer, which a limit keeps small. Behind each piece but the last it goes
+// over it once more to count lines, which costs a tenth of the parsing; so most documents are one piece.
+constexpr std::size_t kPiece = 16 * 1024 * 1024;
+
+constexpr XML_Char kNamespaceSeparator = '|';
+
+std::string_view ViewOf(const XML_Char* text) { return text == nullptr ? std::string_view() : std::string_view(text); }
+
+}  // namespace
+
+// Runs what a handler does. Expat may deliver a few more events after it was told to stop: they are passed over.
+[[gnu::always_inline]] inline void CExpatReader::Guarded(auto&& action) noexcept {
+  if (m_failure != nullptr) return;
+  try {
+    action();
+  } catch (...) {
+    m_failure = std::current_exception();
+    XML_StopParser(m_parser, XML_FALSE);
+  }
+}
+
+// Adds the place to what the tree's limits throw.
+[[gnu::always_inline]] inline void CExpatReader::Limited(auto&& action) {
+  try {
+    action();
+  } catch (COvException& exception) {
+    SetPlaceOn(exception);
+    throw;
+  }
+}
+
+// What Expat calls. Each is the C border: nothing is thrown out of it.
+struct CExpatReader::Handlers {
+  static CExpatReader& Self(void* userData) noexcept { return *static_cast<CExpatReader*>(userData); }
+
+  static void OnStartElement(void* userData, const XML_Char* name, const XML_Char** attributes) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] {
+      self.Limited([&] {
+        self.m_tree.StartElement(ViewOf(name));
+        for (; *attributes != nullptr; attributes += 2) {
+          self.m_tree.AddAttribute(ViewOf(attributes[0]), ViewOf(attributes[1]));
+        }
+      });
+    });
+  }
+
+  // The application's callback runs in here: what it throws gets no place and stays what it is.
+  static void OnEndElement(void* userData, const XML_Char*) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] { self.m_tree.EndElement(); });
+  }
+
+  static void OnCharacterData(void* userData, const XML_Char* text, int length) noexcept {
+    Append(userData, {text, static_cast<std::size_t>(length)});
+  }
+  static void OnStartCData(void* userData) noexcept { Append(userData, "<![CDATA["); }
+  static void OnEndCData(void* userData) noexcept { Append(userData, "]]>"); }
+
+  static void OnStartNamespace(void* userData, const XML_Char* alias, const XML_Char* uri) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] { self.m_tree.DeclareNamespace(ViewOf(alias), ViewOf(uri)); });
+  }
+
+  static void OnDoctype(void* userData, const XML_Char*, const XML_Char*, const XML_Char*, int) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] {
+      self.Limited([] {
+        throw COvException(u"The document has a DOCTYPE. CSerializationContext::SetAllowDoctype sets this limit.");
+      });
+    });
+  }
+
+  // Decided: a reference that would leave a gap in the text is an error, see docs/decisions.md. Expat's own messages
+  // say what is wrong.
+  static int OnExternalEntity(XML_Parser, const XML_Char*, const XML_Char*, const XML_Char*, const XML_Char*) noexcept {
+    return XML_STATUS_ERROR;
+  }
+  static void OnSkippedEntity(void* userData, const XML_Char*, int isParameterEntity) noexcept {
+    if (isParameterEntity != 0) return;
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] { self.ThrowParserError(XML_ERROR_UNDEFINED_ENTITY); });
+  }
+
+ private:
+  static void Append(void* userData, std::string_view text) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] { self.Limited([&] { self.m_tree.AppendText(text); }); });
+  }
+};
+
+CExpatReader::CExpatReader(DocumentTree& tree, const CSerializationContext& context)
+    : CInstanceMonitor(Record()), m_tree(tree), m_context(context) {}
+
+CExpatReader::~CExpatReader() {
+  if (m_parser != nullptr) XML_ParserFree(m_parser);
+}
+
+CInstanceMonitor::ClassType& CExpatReader::Record() {
+  static ClassType& record = FindClass(u"CExpatReader");
+  return record;
+}
+
+void CExpatReader::Open() { Open(nullptr); }
+void CExpatReader::OpenUtf16() { Open("UTF-16"); }
+
+void CExpatReader::Open(const char* encoding) {
+  const bool withNamespaces = m_context.GetSchemaType() != SchemaType_NoNamespaces;
+  m_parser = withNamespaces ? XML_ParserCreateNS(encoding, kNamespaceSeparator) : XML_ParserCreate(encoding);
+  if (m_parser == nullptr) throw std::bad_alloc();
+  XML_SetUserData(m_parser, this);
+  XML_SetElementHandler(m_parser, &Handlers::OnStartElement, &Handlers::OnEndElement);
+  XML_SetCharacterDataHandler(m_parser, &Handlers::OnCharacterData);
+  XML_SetStartNamespaceDeclHandler(m_parser, &Handlers::OnStartNamespace);
+  XML_SetExternalEntityRefHandler(m_parser, &Handlers::OnExternalEntity);
+  XML_SetSkippedEntityHandler(m_parser, &Handlers::OnSkippedEntity);
+  if (!m_context.GetStripCDATA()) {
+    XML_SetCdataSectionHandler(m_parser, &Handlers::OnStartCData, &Handlers::OnEndCData);
+  }
+  if (!m_context.GetAllowDoctype()) XML_SetStartDoctypeDeclHandler(m_parser, &Handlers::OnDoctype);
+}
+
+void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
+  do {
+    const std::size_t piece = std::min(length, kPiece);
+    const bool last = isFinal && piece == length;
+    Check(XML_Parse(m_parser, reinterpret_cast<const char*>(data), static_cast<int>(piece), last) == XML_STATUS_OK);
+    data += piece;
+    length -= piece;
+  } while (length != 0);
+}
+
+unsigned char* CExpatReader::GetBuffer(std::size_t length) {
+  void* buffer = XML_GetBuffer(m_parser, static_cast<int>(length));
+  if (buffer == nullptr) throw std::bad_alloc();
+  return static_cast<unsigned char*>(buffer);
+}
+
+void CExpatReader::ParseBuffer(std::size_t length, bool isFinal) {
+  Check(XML_ParseBuffer(m_parser, static_cast<int>(length), isFinal) == XML_STATUS_OK);
+}
+
+void CExpatReader::Check(bool succeeded) {
+  if (succeeded) return;
+  if (m_failure != nullptr) std::rethrow_exception(m_failure);
+  ThrowParserError(XML_GetErrorCode(m_parser));
+}
+
+void CExpatReader::ThrowParserError(int error) {
+  COvException exception(FormatString(u"%s at line %d", XML_ErrorString(static_cast<XML_Error>(error)),
+                                      XML_GetCurrentLineNumber(m_parser)));
+  SetPlaceOn(exception);
+  throw exception;
+}
+
+void CExpatReader::SetPlaceOn(COvException& exception) const noexcept {
+  exception.SetPlace(XML_GetCurrentLineNumber(m_parser), XML_GetCurrentColumnNumber(m_parser) + 1);
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,134 @@
+#include "ovxmllib/document/NameTable.h"
+
+#include <cstring>
+#include <new>
+#include <random>
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+constexpr char kNamespaceSeparator = '|';
+
+std::uint64_t ProcessSeed() {
+  static const std::uint64_t seed = [] {
+    std::random_device device;
+    return (std::uint64_t{device()} << 32) | device();
+  }();
+  return seed;
+}
+
+// Folds the 128-bit product of two words: each bit of either reaches every bit of the result.
+std::uint64_t Mix(std::uint64_t a, std::uint64_t b) noexcept {
+  __extension__ using Wide = unsigned __int128;
+  const Wide product = static_cast<Wide>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+std::uint64_t Load(const char* from, std::size_t bytes) noexcept {
+  std::uint64_t word = 0;
+  std::memcpy(&word, from, bytes);
+  return word;
+}
+
+std::uint64_t Hash(std::string_view text, std::uint64_t seed) noexcept {
+  constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15u;  // 2^64 divided by the golden ratio
+  std::uint64_t hash = seed ^ text.size();
+  const char* at = text.data();
+  std::size_t left = text.size();
+  for (; left >= 8; at += 8, left -= 8) hash = Mix(hash ^ Load(at, 8), kOdd);
+  // A text of at least one word is ended by its last eight bytes, which a constant size makes one load.
+  if (left == 0) return Mix(hash, seed | 1);
+  const std::uint64_t tail = text.size() >= 8 ? Load(at + left - 8, 8) : Load(at, left);
+  return Mix(Mix(hash ^ tail, kOdd), seed | 1);
+}
+
+}  // namespace
+
+struct NameTable::Entry {
+  ExpandedName name;
+  std::uint64_t hash;
+  std::string_view key;       // in the storage
+  Entry* follower = nullptr;  // the name that came behind this one the last time
+};
+
+NameTable::NameTable() : m_slots(std::make_unique<Entry*[]>(kFirstSlots)), m_mask(kFirstSlots - 1) {}
+
+void NameTable::DestroyEntries() noexcept {
+  for (std::size_t i = 0; i <= m_mask; ++i) {
+    if (m_slots[i] != nullptr) std::exchange(m_slots[i], nullptr)->~Entry();
+  }
+}
+
+void NameTable::Clear() noexcept {
+  DestroyEntries();
+  m_count = 0;
+  m_last = nullptr;
+  m_storage.Clear();
+  m_namespaces.clear();
+}
+
+const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t maxLength) {
+  // Documents repeat themselves: the name behind a name is nearly always the one that was there before.
+  Entry** const expected = m_last == nullptr ? nullptr : &m_last->follower;
+  if (expected == nullptr || *expected == nullptr || (*expected)->key != qualified) {
+    m_last = &Find(qualified, maxLength);
+    if (expected != nullptr) *expected = m_last;
+    return m_last->name;
+  }
+  m_last = *expected;
+  return m_last->name;
+}
+
+NameTable::Entry& NameTable::Find(std::string_view qualified, std::size_t maxLength) {
+  const std::uint64_t hash = Hash(qualified, ProcessSeed());
+  for (std::size_t i = hash & m_mask; m_slots[i] != nullptr; i = (i + 1) & m_mask) {
+    if (m_slots[i]->hash == hash && m_slots[i]->key == qualified) return *m_slots[i];
+  }
+  return Add(qualified, hash, maxLength);
+}
+
+NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash, std::size_t maxLength) {
+  const std::size_t separator = qualified.find(kNamespaceSeparator);
+  const bool hasNamespace = separator != std::string_view::npos;
+  WString localName = ToWide(hasNamespace ? qualified.substr(separator + 1) : qualified);
+  if (maxLength != 0 && localName.size() > maxLength) {
+    throw COvException(FormatString(
+        u"A name is longer than %d characters. CSerializationContext::SetMaxNameLength sets this limit.", maxLength));
+  }
+  if (2 * (m_count + 1) > m_mask) Grow();
+  const WString& uri = InternNamespace(hasNamespace ? qualified.substr(0, separator) : std::string_view());
+  char* key = static_cast<char*>(m_storage.Allocate(qualified.size()));
+  std::memcpy(key, qualified.data(), qualified.size());
+  Entry* entry = new (m_storage.Allocate(sizeof(Entry)))
+      Entry{{&uri, std::move(localName)}, hash, std::string_view(key, qualified.size())};
+  std::size_t i = hash & m_mask;
+  while (m_slots[i] != nullptr) i = (i + 1) & m_mask;
+  m_slots[i] = entry;
+  ++m_count;
+  return *entry;
+}
+
+const WString& NameTable::InternNamespace(std::string_view uri) {
+  auto known = m_namespaces.find(uri);
+  if (known == m_namespaces.end()) known = m_namespaces.emplace(uri, ToWide(uri)).first;
+  return known->second;
+}
+
+void NameTable::Grow() {
+  const std::size_t mask = 2 * m_mask + 1;
+  auto slots = std::make_unique<Entry*[]>(mask + 1);
+  for (std::size_t old = 0; old <= m_mask; ++old) {
+    if (m_slots[old] == nullptr) continue;
+    std::size_t i = m_slots[old]->hash & mask;
+    while (slots[i] != nullptr) i = (i + 1) & mask;
+    slots[i] = m_slots[old];
+  }
+  m_slots = std::move(slots);
+  m_mask = mask;
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,43 @@
+// The namespaces in scope at one place of a document that is written.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "ovxmllib/foundation/WideString.h"
+
+namespace OvXmlLib16 {
+
+/// The default namespace and the aliases that an element sees: one alias a namespace URI, in the order of the URIs by
+/// code units. An empty alias counts as none.
+class NamespaceScope {
+ public:
+  struct Entry {
+    WString uri;
+    WString alias;
+  };
+
+  const WString& GetDefaultNamespace() const noexcept { return m_defaultNamespace; }
+  void SetDefaultNamespace(WStringView uri) { m_defaultNamespace = uri; }
+
+  /// All entries, by URI.
+  const std::vector<Entry>& GetEntries() const noexcept { return m_entries; }
+
+  /// The alias of a URI, or null; valid until the next Set.
+  const WString* FindAlias(WStringView uri) const noexcept;
+
+  /// Gives the URI this alias, in place of one that it had.
+  void Set(WStringView uri, WStringView alias);
+
+  /// The first of "AA", "AB" ... "AZ", "BA" ... "ZZ", "AAA" ... that is no alias here.
+  WString GenerateAlias();
+
+ private:
+  bool IsAliasTaken(WStringView alias) const noexcept;
+
+  WString m_defaultNamespace;
+  std::vector<Entry> m_entries;
+  std::size_t m_firstCandidate = 0;  // all generated aliases before this one are taken
+};
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,38 @@
+// Memory for the trees to come.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+namespace OvXmlLib16 {
+
+/// Returns a slab to the cache or to the system.
+struct SlabDeleter {
+  std::size_t size = 0;
+  void operator()(std::byte* memory) const noexcept;
+};
+
+/// A piece of memory for a NodePool, of GetSize() bytes.
+class Slab {
+ public:
+  /// Takes `size` bytes from the cache, if it has such a slab, or from the system. Throws std::bad_alloc.
+  explicit Slab(std::size_t size);
+
+  std::byte* GetMemory() const noexcept { return m_memory.get(); }
+  std::size_t GetSize() const noexcept { return m_memory.get_deleter().size; }
+
+ private:
+  std::unique_ptr<std::byte[], SlabDeleter> m_memory;
+};
+
+// Memory that goes back to the system is paid for again, page by page, by the next document: measured, half as much as
+// parsing that document takes. So slabs from kSmallestCachedSlab to kLargestSlab, in powers of two, are kept for later
+// documents of all threads, up to kMaxCached bytes in the process. Others go back at once.
+inline constexpr std::size_t kSmallestCachedSlab = 64 * 1024;
+inline constexpr std::size_t kLargestSlab = 4 * 1024 * 1024;
+inline constexpr std::size_t kMaxCached = 64 * 1024 * 1024;
+
+/// Gives what the cache holds to the system.
+void TrimSlabCache() noexcept;
+
+}  // namespace OvXmlLib16

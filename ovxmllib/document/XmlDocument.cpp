@@ -1,0 +1,94 @@
+#include "ovxmllib/document/XmlDocument.h"
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/DocumentTree.h"
+#include "ovxmllib/document/ExpatReader.h"
+#include "ovxmllib/foundation/OvZip.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+const unsigned char* Bytes(const void* data) { return static_cast<const unsigned char*>(data); }
+
+WString Found(const WString* text) { return text == nullptr ? WString() : *text; }
+
+}  // namespace
+
+CXmlDocument::CXmlDocument() : CXmlDocument(nullptr, CSerializationContext::GetDefaultContext()) {}
+CXmlDocument::CXmlDocument(const CSerializationContext& context) : CXmlDocument(nullptr, context) {}
+CXmlDocument::CXmlDocument(ElementComplete callback)
+    : CXmlDocument(callback, CSerializationContext::GetDefaultContext()) {}
+CXmlDocument::CXmlDocument(ElementComplete callback, const CSerializationContext& context)
+    : CInstanceMonitor(Record()),
+      m_context(&context),
+      m_tree(std::make_unique<DocumentTree>(*this, callback, context)) {}
+
+CXmlDocument::~CXmlDocument() = default;
+
+CInstanceMonitor::ClassType& CXmlDocument::Record() {
+  static ClassType& record = FindClass(u"CXmlDocument");
+  return record;
+}
+
+void CXmlDocument::LoadXml(const char* text) {
+  Cleanup();
+  const std::string_view view = text == nullptr ? std::string_view() : text;
+  if (view.empty()) throw COvException(u"XML String is empty!");
+  CheckInputLength(view.size());
+  ParseText(Bytes(view.data()), view.size());
+}
+
+void CXmlDocument::LoadXml(const WChar* text) {
+  Cleanup();
+  const WStringView view = ViewOf(text);
+  if (view.empty()) throw COvException(u"XML String is empty!");
+  const std::size_t length = view.size() * sizeof(WChar);
+  CheckInputLength(length);
+  // The byte order mark tells the parser this machine's order.
+  constexpr WChar kByteOrderMark = 0xFEFF;
+  CExpatReader reader(*m_tree, *m_context);
+  reader.OpenUtf16();
+  reader.Parse(Bytes(&kByteOrderMark), sizeof kByteOrderMark, /*isFinal=*/false);
+  reader.Parse(Bytes(view.data()), length, /*isFinal=*/true);
+}
+
+void CXmlDocument::LoadXmlStream(const unsigned char* data, std::size_t length) {
+  Cleanup();
+  if (length == 0) throw COvException(u"XML Stream is empty!");
+  CheckInputLength(length);
+  Parse(data, length);
+}
+
+// Bytes of unknown kind.
+void CXmlDocument::Parse(const unsigned char* data, std::size_t length) {
+  const auto inflated = Decompress(data, length, m_context->GetMaxDecompressedBytes());
+  if (inflated) return ParseText(inflated->GetData(), inflated->GetLength());
+  ParseText(data, length);
+}
+
+void CXmlDocument::ParseText(const unsigned char* data, std::size_t length) {
+  CExpatReader reader(*m_tree, *m_context);
+  reader.Open();
+  reader.Parse(data, length, /*isFinal=*/true);
+}
+
+void CXmlDocument::CheckInputLength(std::uint64_t length) const {
+  const std::uint64_t limit = m_context->GetMaxInputBytes();
+  if (limit == 0 || length <= limit) return;
+  throw COvException(FormatString(
+      u"The document is longer than %d bytes. CSerializationContext::SetMaxInputBytes sets this limit.", limit));
+}
+
+CXmlElement* CXmlDocument::GetDocumentElement() const noexcept { return m_tree->GetDocumentElement(); }
+
+WString CXmlDocument::LookupNamespaceFromAlias(const WChar* alias) const {
+  return Found(m_tree->FindNamespace(ViewOf(alias)));
+}
+
+WString CXmlDocument::LookupAliasFromNamespace(const WChar* uri) const { return Found(m_tree->FindAlias(ViewOf(uri))); }
+
+void CXmlDocument::Cleanup() { m_tree->Clear(); }
+
+}  // namespace OvXmlLib16

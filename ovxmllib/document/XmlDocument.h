@@ -1,0 +1,110 @@
+// One parsed document.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+
+#include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/document/XmlElement.h"
+#include "ovxmllib/foundation/InstanceMonitor.h"
+#include "ovxmllib/foundation/WideString.h"
+
+namespace OvXmlLib16 {
+
+class DocumentTree;
+
+namespace platform {
+class File;
+}
+
+/// Switches chunked reading of files on or off for the whole process; off at load. Set it once, before files are read.
+///
+/// Off, CXmlDocument::Load reads the whole file and takes XML text, plain or compressed. On, it reads 128 KiB at a time
+/// and parses one piece while the system fetches the next: memory then holds the tree and not the file, but compressed
+/// input fails as XML that is not well-formed.
+OVXMLLIB_API void AsyncFromXmlFile(bool on) noexcept;
+
+/// Switches direct writing of files on or off for the whole process; off at load. Set it once, before files are
+/// written.
+///
+/// Off, the whole document is made in memory and then written. On, output without compression goes to the file as the
+/// writer produces it, in flat memory; after a failure the file may be partly written.
+OVXMLLIB_API void AsyncToXmlFile(bool on) noexcept;
+
+/// Reads XML text, bytes or a file into a tree of CXmlElement, which it owns.
+///
+/// A document can be loaded again: each load drops the tree before it. After a failed load there is no tree
+/// to use. A document belongs to one thread at a time. The context is kept by reference and must outlive the document.
+///
+/// Every failure is a COvException. Text that is not well-formed gives the parser's message and line, as
+/// "mismatched tag at line 3", with GetLine and GetColumn on the exception. External entities are never read: a
+/// reference to one, like a reference to an entity that the internal subset does not declare, is an error and not a gap
+/// in the text.
+class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
+ public:
+  /// Called on the parsing thread for each element at its end tag, when it is complete and still linked to its parent.
+  /// True drops the element with all its descendants: it leaves the tree and its memory serves the elements to come. So
+  /// a document of any size can be read in the memory of one branch. For the document element the answer is
+  /// ignored. Of an element that stays, only its text grows while its children are dropped: white space between
+  /// them, too. An exception thrown here ends the load and reaches the caller of Load... unchanged.
+  using ElementComplete = bool (*)(CXmlElement*);
+
+  /// A document on the default context.
+  CXmlDocument();
+  explicit CXmlDocument(const CSerializationContext& context);
+  explicit CXmlDocument(ElementComplete callback);
+  /// `callback` may be null.
+  CXmlDocument(ElementComplete callback, const CSerializationContext& context);
+  ~CXmlDocument() override;
+  CXmlDocument(const CXmlDocument&) = delete;
+  CXmlDocument& operator=(const CXmlDocument&) = delete;
+
+  /// Reads a file: XML text, or the same in a gzip or zlib wrapper; see AsyncFromXmlFile. The system's error numbers in
+  /// messages are errno values. A file that changes its size while it is read fails. Pipes and devices are read to
+  /// their end.
+  void Load(const WChar* path) { Load(PathOf(path)); }
+  void Load(const std::filesystem::path& path);
+
+  /// Parses terminated text in the encoding that it declares, UTF-8 by default.
+  void LoadXml(const char* text);
+  /// Parses terminated UTF-16 text, whatever encoding it declares.
+  void LoadXml(const WChar* text);
+  /// Parses bytes: XML text in the encoding that it declares or shows by a byte order mark, or the same in a gzip or
+  /// zlib wrapper. The bytes are not kept.
+  void LoadXmlStream(const unsigned char* data, std::size_t length);
+
+  /// The document element; null before a load. Owned by the document.
+  CXmlElement* GetDocumentElement() const noexcept;
+
+  /// The namespace that the document declares for an alias, the empty alias being the default namespace; empty for
+  /// none. One map serves the whole document, so of an alias declared twice the last declaration counts, wherever it
+  /// stood.
+  WString LookupNamespaceFromAlias(const WChar* alias) const;
+  /// The first alias, in code unit order, that the document declares for a namespace; empty for none.
+  WString LookupAliasFromNamespace(const WChar* uri) const;
+
+ protected:
+  /// Drops the tree and the namespaces. Each load calls it first.
+  virtual void Cleanup();
+
+ private:
+  friend class CXmlElement;
+  friend class CXmlAttribute;
+
+  static std::filesystem::path PathOf(const WChar* path);
+  static ClassType& Record();
+
+  void LoadWhole(const std::filesystem::path& path);
+  void LoadToEnd(platform::File& file, const std::filesystem::path& path);
+  void LoadInChunks(const std::filesystem::path& path);
+  void Parse(const unsigned char* data, std::size_t length);
+  void ParseText(const unsigned char* data, std::size_t length);
+  void CheckInputLength(std::uint64_t length) const;
+
+  const CSerializationContext* m_context;  // not owned
+  std::unique_ptr<DocumentTree> m_tree;
+};
+
+}  // namespace OvXmlLib16

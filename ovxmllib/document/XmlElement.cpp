@@ -1,0 +1,93 @@
+#include "ovxmllib/document/XmlElement.h"
+
+#include <memory>
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/document/DocumentTree.h"
+#include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/document/XmlDocument.h"
+
+namespace OvXmlLib16 {
+
+CXmlElement::CXmlElement(const CXmlDocument* document, const CXmlElement* parent, const ExpandedName& name)
+    : CInstanceMonitor(Record()), m_pDocument(document), m_pParent(parent), m_name(&name) {}
+
+CInstanceMonitor::ClassType& CXmlElement::Record() {
+  static ClassType& record = FindClass(u"CXmlElement");
+  return record;
+}
+
+const WString& CXmlElement::GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
+const WString& CXmlElement::GetLocalName() const noexcept { return m_name->localName; }
+
+const WString& CXmlElement::GetText() const {
+  m_pDocument->m_tree->NoteMade();
+  return m_text.String();
+}
+
+const CXmlAttribute* CXmlElement::GetNextAttribute(const CXmlAttribute& attribute) noexcept {
+  return attribute.m_pNext;
+}
+
+const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const {
+  const AttributeList* made = m_attributeList.load(std::memory_order_acquire);
+  return made != nullptr ? *made : MakeAttributeList();
+}
+
+const CXmlElement::AttributeList& CXmlElement::MakeAttributeList() const {
+  m_pDocument->m_tree->NoteMade();
+  auto list = std::make_unique<AttributeList>();
+  for (CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) list->push_back(a);
+  const AttributeList* expected = nullptr;
+  if (!m_attributeList.compare_exchange_strong(expected, list.get(), std::memory_order_acq_rel)) return *expected;
+  return *list.release();
+}
+
+const WString& CXmlElement::GetAttribute(WStringView localName, WStringView ns) const {
+  static const WString none;
+  for (const CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) {
+    if (a->GetLocalName() == localName && a->GetNamespaceURI() == ns) return a->GetValue();
+  }
+  return none;
+}
+
+void CXmlElement::DropMade() noexcept {
+  m_text.Drop();
+  delete m_attributeList.exchange(nullptr, std::memory_order_relaxed);
+  for (CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) a->m_value.Drop();
+}
+
+WString CXmlElement::GetQName(const AliasIndex& aliases) const {
+  const auto alias = aliases.find(GetNamespaceURI());
+  if (alias == aliases.end() || alias->second.empty()) return GetLocalName();
+  return WString(alias->second) + u':' + GetLocalName();
+}
+
+WString CXmlElement::GetNameWithPredicate(const AliasIndex& aliases) const {
+  WString name = GetQName(aliases);
+  if (m_pParent == nullptr) return name;
+  std::size_t position = 0;
+  std::size_t count = 0;
+  for (const CXmlElement* child = m_pParent->m_pFirstChild; child != nullptr; child = child->m_pNextSibling) {
+    // Equal names are one object; only others can be alike by their aliases alone.
+    const bool alike =
+        child->m_name == m_name || (child->GetLocalName() == GetLocalName() && child->GetQName(aliases) == name);
+    if (alike) ++count;
+    if (child == this) position = count;
+  }
+  if (count > 1) name += FormatString(u"[%d]", position);
+  return name;
+}
+
+WString CXmlElement::GetXPath() const {
+  const AliasIndex aliases = m_pDocument->m_tree->AliasesByNamespace();
+  std::vector<const CXmlElement*> chain;
+  for (const CXmlElement* element = this; element != nullptr; element = element->m_pParent) chain.push_back(element);
+  WString path;
+  for (auto element = chain.rbegin(); element != chain.rend(); ++element) {
+    (path += u'/') += (*element)->GetNameWithPredicate(aliases);
+  }
+  return path;
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,142 @@
+#include "ovxmllib/document/XmlEscape.h"
+
+#include <bit>
+#include <cstring>
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/foundation/Unicode.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+// The control characters that XML does not have.
+constexpr std::uint64_t kNeverAllowed =
+    kEscapeTextLf.special & ((std::uint64_t{1} << 0x20) - 1) & ~(std::uint64_t{1} << u'\r');
+
+bool IsSpecial(WChar c, std::uint64_t special) noexcept { return c < 0x40 && ((special >> c) & 1) != 0; }
+
+[[noreturn]] void ThrowNotAllowed(WStringView text, std::size_t position) {
+  const WChar c = text[position];
+  if (c == 0 || unicode::IsSurrogate(c)) unicode::ThrowUnwritable(text, position);
+  throw COvInvalidValueException(
+      FormatString(u"The text holds the character U+%04X at position %d, which XML does not allow.", c, position));
+}
+
+// The units of the character at `i`, which is U+D800 or above; 0 if it is none that XML allows.
+std::size_t UnitsOfHighCharacter(WStringView text, std::size_t i) noexcept {
+  if (!unicode::IsSurrogate(text[i])) return text[i] < 0xFFFE ? 1 : 0;
+  const bool isPair = unicode::IsHighSurrogate(text[i]) && i + 1 < text.size() && unicode::IsLowSurrogate(text[i + 1]);
+  return isPair ? 2 : 0;
+}
+
+using UnitBlock [[gnu::vector_size(16)]] = std::int16_t;
+constexpr std::size_t kBlock = sizeof(UnitBlock) / sizeof(WChar);
+
+constexpr UnitBlock Each(std::int16_t c) noexcept { return UnitBlock{c, c, c, c, c, c, c, c}; }
+
+// True for eight units that go out as they are everywhere. As signed numbers, those from U+8000 on are small as well:
+// they are looked at one by one.
+bool IsPlainBlock(const UnitBlock& units) noexcept {
+  const UnitBlock found =
+      (units < Each(0x20)) | (units == Each('&')) | (units == Each('<')) | (units == Each('>')) | (units == Each('"'));
+  std::uint64_t halves[2];
+  std::memcpy(halves, &found, sizeof halves);
+  return (halves[0] | halves[1]) == 0;
+}
+
+// Copies eight units if they are plain.
+bool CopyPlainBlock(WChar* out, const WChar* from) noexcept {
+  UnitBlock units;
+  std::memcpy(&units, from, sizeof units);
+  if (!IsPlainBlock(units)) return false;
+  std::memcpy(out, &units, sizeof units);
+  return true;
+}
+
+// The same for four to seven units: the first four and the last four, which may overlap, make one block.
+bool CopyPlainShort(WChar* out, WStringView text) noexcept {
+  using Halves [[gnu::vector_size(16)]] = std::uint64_t;
+  const std::size_t tail = text.size() - kBlock / 2;
+  std::uint64_t first, last;
+  std::memcpy(&first, text.data(), sizeof first);
+  std::memcpy(&last, text.data() + tail, sizeof last);
+  // Put together in a register: through memory, the load would have to wait for both stores.
+  if (!IsPlainBlock(std::bit_cast<UnitBlock>(Halves{first, last}))) return false;
+  std::memcpy(out, &first, sizeof first);
+  std::memcpy(out + tail, &last, sizeof last);
+  return true;
+}
+
+// Copies the run that `text` begins with and that goes out as it is; returns its length. It ends at a special character
+// and at what is no character.
+std::size_t CopyRun(WChar* out, WStringView text, std::uint64_t special) {
+  const std::size_t length = text.size();
+  const WChar* const from = text.data();
+  std::size_t i = 0;
+  if (length >= kBlock) {
+    while (length - i >= kBlock && CopyPlainBlock(out + i, from + i)) i += kBlock;
+    if (length - i < kBlock && CopyPlainBlock(out + length - kBlock, from + length - kBlock)) return length;
+  } else if (length >= kBlock / 2 && CopyPlainShort(out, text)) {
+    return length;
+  }
+  while (i < length && !IsSpecial(from[i], special)) {
+    const std::size_t units = from[i] < 0xD800 ? 1 : UnitsOfHighCharacter(text, i);
+    if (units == 0) break;
+    for (const std::size_t end = i + units; i < end; ++i) out[i] = from[i];
+  }
+  return i;
+}
+
+// `wanted` units, or one more or less so that no pair of surrogates is cut.
+std::size_t WholeCharacters(WStringView text, std::size_t wanted) noexcept {
+  if (text.size() <= wanted) return text.size();
+  return unicode::IsHighSurrogate(text[wanted - 1]) ? wanted - 1 : wanted;
+}
+
+WStringView Replacement(WStringView text, std::size_t i, const EscapeRules& rules) {
+  switch (text[i]) {
+    case u'&':
+      return u"&amp;";
+    case u'<':
+      return u"&lt;";
+    case u'>':
+      return u"&gt;";
+    case u'"':
+      return u"&quot;";
+    case u'\n':
+      return rules.lineFeed;
+    case u'\r':
+      return {};
+    default:
+      ThrowNotAllowed(text, i);
+  }
+}
+
+}  // namespace
+
+void WriteEscaped(CTextStream& stream, WStringView text, const EscapeRules& rules) {
+  constexpr std::size_t kAtOnce = 2048;  // less than a block of the stream's buffer
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const WStringView left = text.substr(at);
+    const WStringView piece = left.substr(0, WholeCharacters(left, kAtOnce));
+    WChar* const out = stream.Reserve(piece.size());
+    const std::size_t copied = CopyRun(out, piece, rules.special);
+    stream.Commit(out + copied);
+    at += copied;
+    if (copied != piece.size()) stream.Write(Replacement(text, at++, rules));
+  }
+}
+
+void CheckCharacters(WStringView text) {
+  for (std::size_t i = 0; i < text.size();) {
+    const bool isNever = IsSpecial(text[i], kNeverAllowed);
+    const std::size_t units = isNever ? 0 : text[i] < 0xD800 ? 1 : UnitsOfHighCharacter(text, i);
+    if (units == 0) ThrowNotAllowed(text, i);
+    i += units;
+  }
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,112 @@
+// The entry points of bound objects for XML.
+
+#include <atomic>
+
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/binding/XmlObjectBase.h"
+#include "ovxmllib/document/XmlDocument.h"
+#include "ovxmllib/document/XmlTextWriter.h"
+#include "ovxmllib/foundation/FileBinaryStream.h"
+#include "ovxmllib/foundation/FileTextStream.h"
+#include "ovxmllib/foundation/OvZip.h"
+#include "ovxmllib/foundation/TextStream.h"
+#include "ovxmllib/platform/File.h"
+
+namespace OvXmlLib16 {
+
+namespace {
+
+constinit std::atomic<bool> g_writeDirectly = false;
+
+}  // namespace
+
+void AsyncToXmlFile(bool on) noexcept { g_writeDirectly = on; }
+
+// The one way in: the version is tested, `load` fills a document, and the object takes what it wants of the tree.
+template <class Load>
+void CXmlObjectBase::ReadDocument(const CSerializationContext& context, Load&& load) {
+  CheckVersion();
+  CXmlDocument document(context);
+  load(document);
+  CXmlElement* root = document.GetDocumentElement();
+  FromXml_Int(root, root->GetFirstElement(), context, /*optionalChoice=*/false);
+}
+
+void CXmlObjectBase::FromXml(const WChar* text, const CSerializationContext& context) {
+  ReadDocument(context, [&](CXmlDocument& document) { document.LoadXml(text); });
+}
+
+void CXmlObjectBase::FromXml(const char* text, const CSerializationContext& context) {
+  ReadDocument(context, [&](CXmlDocument& document) { document.LoadXml(text); });
+}
+
+void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CSerializationContext& context) {
+  FromXmlStream(data.GetData(), data.GetLength(), context);
+}
+
+void CXmlObjectBase::FromXmlStream(const unsigned char* data, std::size_t length,
+                                   const CSerializationContext& context) {
+  ReadDocument(context, [&](CXmlDocument& document) { document.LoadXmlStream(data, length); });
+}
+
+void CXmlObjectBase::FromXmlFile(const std::filesystem::path& file, const CSerializationContext& context) {
+  ReadDocument(context, [&](CXmlDocument& document) { document.Load(file); });
+}
+
+void CXmlObjectBase::FromXmlFile(const WChar* file, const CSerializationContext& context) {
+  FromXmlFile(platform::PathFromWide(ViewOf(file)), context);
+}
+
+void CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CSerializationContext& context) {
+  CheckVersion();
+  // FromXml_Int walks the tree without changing it; that it takes no constant is how generated classes are written.
+  FromXml_Int(const_cast<CXmlElement*>(element), element->GetFirstElement(), context, /*optionalChoice=*/false);
+}
+
+// The one way out: everything that is written to `stream` between its opening and its closing.
+void CXmlObjectBase::WriteDocument(CTextStream& stream, bool header, bool formatted, EOLType eol,
+                                   const CSerializationContext& context) const {
+  CheckVersion();
+  CXmlTextWriter writer(&stream);
+  writer.Open();
+  writer.SetFormatted(formatted);
+  writer.SetIndentChars(context.GetIndentChars());
+  writer.SetEOLType(eol);
+  if (header) writer.WriteXmlHeader();
+  ToXml_Int(&writer, /*isRoot=*/true, GetTargetNamespace().c_str(), context, /*optionalChoice=*/false);
+  writer.Close();
+}
+
+WString CXmlObjectBase::ToXml(bool header, bool formatted, EOLType eol, const CSerializationContext& context) const {
+  CTextStream stream;
+  WriteDocument(stream, header, formatted, eol, context);
+  return stream.GetText();
+}
+
+CBinaryData CXmlObjectBase::ToXmlStream(bool header, bool formatted, XmlEncoding encoding, EOLType eol,
+                                        const CSerializationContext& context, CompressionType compression) const {
+  CTextStream stream(encoding);
+  WriteDocument(stream, header, formatted, eol, context);
+  CBinaryData data = stream.GetBytes();
+  if (compression != CompressionType_None) CompressBinaryData(data, compression);
+  return data;
+}
+
+void CXmlObjectBase::ToXmlFile(const WChar* file, bool header, bool formatted, XmlEncoding encoding, EOLType eol,
+                               const CSerializationContext& context, CompressionType compression) const {
+  ToXmlFile(platform::PathFromWide(ViewOf(file)), header, formatted, encoding, eol, context, compression);
+}
+
+void CXmlObjectBase::ToXmlFile(const std::filesystem::path& file, bool header, bool formatted, XmlEncoding encoding,
+                               EOLType eol, const CSerializationContext& context, CompressionType compression) const {
+  if (compression == CompressionType_ZLib) {
+    throw COvException(u"ZLIB Compression only available for To Stream methods.");
+  }
+  if (g_writeDirectly && compression == CompressionType_None) {
+    CFileTextStream stream(file, encoding);
+    return WriteDocument(stream, header, formatted, eol, context);
+  }
+  CFileBinaryStream(file, encoding, ToXmlStream(header, formatted, encoding, eol, context, compression)).WriteToFile();
+}
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,52 @@
+#include "ovxmllib/document/XmlWriter.h"
+
+#include <cassert>
+
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/WellKnownNamespaces.h"
+#include "ovxmllib/document/XmlWriterContext.h"
+
+namespace OvXmlLib16 {
+
+CXmlWriter::CXmlWriter(ClassType& record)
+    : CInstanceMonitor(record), m_documentScope(std::make_unique<NamespaceScope>()) {
+  m_documentScope->Set(kXmlNamespace, u"xml");
+}
+
+CXmlWriter::~CXmlWriter() = default;
+
+void CXmlWriter::Open() {}
+
+void CXmlWriter::Close() {
+  if (m_pContext != nullptr) throw COvException(u"An Element has not been closed.");
+}
+
+void CXmlWriter::SetDefaultNamespace(WStringView ns) {
+  m_pContext != nullptr ? m_pContext->SetDefaultNamespace(ns) : m_documentScope->SetDefaultNamespace(ns);
+}
+
+void CXmlWriter::AddNamespace(WStringView alias, WStringView ns) {
+  m_pContext != nullptr ? m_pContext->SetNamespaceMapValue(ns, alias) : m_documentScope->Set(ns, alias);
+}
+
+void CXmlWriter::SetArrayState(int state) noexcept {
+  if (m_pContext != nullptr) m_pContext->arrayState = state;
+}
+
+CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext() {
+  const std::size_t depth = m_pContext == nullptr ? 0 : static_cast<std::size_t>(m_pContext->depth) + 1;
+  if (depth == m_contexts.size()) m_contexts.push_back(std::make_unique<CXmlWriterContext>(m_pContext));
+  CXmlWriterContext& context = *m_contexts[depth];
+  context.Begin(m_pContext == nullptr ? *m_documentScope : m_pContext->GetScope());
+  m_pContext = &context;
+  return context;
+}
+
+void CXmlWriter::PopContext() noexcept { m_pContext = m_pContext->pParent; }
+
+void CXmlWriter::CheckInStartTag() const {
+  assert(m_pContext != nullptr && "m_pContext != 0");
+  if (!m_pContext->bInStartTag) throw COvException(u"Attributes must be added before elements");
+}
+
+}  // namespace OvXmlLib16

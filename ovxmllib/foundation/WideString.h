@@ -1,0 +1,39 @@
+// The text types of the whole library, and the way between them and UTF-8.
+//
+// Text is a string of 16-bit UTF-16 code units. On Linux `wchar_t` has four bytes, and UTF-16 in it would look right
+// and be wrong at the first supplementary character; so the library's character is `char16_t` and its literals are
+// written u"...". Nothing but this header spells that choice.
+#pragma once
+
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "ovxmllib/binding/Export.h"
+
+namespace OvXmlLib16 {
+
+/// One UTF-16 code unit.
+using WChar = char16_t;
+/// Text as UTF-16 code units.
+using WString = std::u16string;
+/// A view of text as UTF-16 code units; not necessarily terminated.
+using WStringView = std::u16string_view;
+
+/// The UTF-8 form of `text`. U+0000 is kept.
+/// Throws COvInvalidValueException at an unpaired surrogate, naming its position in code units.
+OVXMLLIB_API std::string ToUtf8(WStringView text);
+
+/// The UTF-16 form of UTF-8 `text`. U+0000 is kept.
+/// Throws COvInvalidValueException at an illegal or cut off sequence, naming its position in bytes.
+OVXMLLIB_API WString ToWide(std::string_view text);
+
+/// A terminated text as a view; a null pointer counts as the empty text.
+constexpr WStringView ViewOf(const WChar* text) noexcept { return text == nullptr ? WStringView() : WStringView(text); }
+
+/// Whether two texts have the same code units. Other than their operator==, which compares unit by unit.
+inline bool AreSame(WStringView a, WStringView b) noexcept {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(WChar)) == 0;
+}
+
+}  // namespace OvXmlLib16

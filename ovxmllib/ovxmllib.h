@@ -1,0 +1,23 @@
+// The whole public interface, for applications and generated code.
+#pragma once
+
+#include "ovxmllib/binding/Enumerations.h"
+#include "ovxmllib/binding/EventSink.h"
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/binding/SmartPtr.h"
+#include "ovxmllib/binding/XmlObjectBase.h"
+#include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/document/XmlDocument.h"
+#include "ovxmllib/document/XmlElement.h"
+#include "ovxmllib/document/XmlWriter.h"
+#include "ovxmllib/foundation/DebugTrace.h"
+#include "ovxmllib/foundation/Encoder.h"
+#include "ovxmllib/foundation/InstanceMonitor.h"
+#include "ovxmllib/foundation/OVCriticalSection.h"
+#include "ovxmllib/foundation/WhitespaceUtils.h"
+#include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/platform/DebugOutput.h"
+#include "ovxmllib/platform/MessageBox.h"
+#include "ovxmllib/values/BinaryData.h"
