@@ -13,7 +13,7 @@ WriterScript::WriterScript(std::string_view document) {
 
 void WriterScript::Add(Call call, const WString& name, const WString& ns, WStringView text) {
   const Name& kept = *m_names.insert({name, ns}).first;
-  m_steps.push_back({&kept, static_cast<std::uint32_t>(m_texts.size()), static_cast<std::uint32_t>(text.size()), call});
+  m_steps.push_back({&kept, static_cast<std::uint32_t>(text.size()), call});
   m_texts += text;
 }
 
@@ -31,9 +31,10 @@ void WriterScript::Record(const CXmlElement& element) {
 }
 
 void WriterScript::Replay(CXmlWriter& writer) const {
-  const WStringView texts = m_texts;
+  const WChar* texts = m_texts.data();
   for (const Step& step : m_steps) {
-    const WStringView text = texts.substr(step.textStart, step.textLength);
+    const WStringView text(texts, step.textLength);
+    texts += step.textLength;
     switch (step.call) {
       case Call::Start:
         writer.StartElement(step.name->local, step.name->ns);

@@ -31,7 +31,7 @@ class WriterScript {
   // Small, and all texts in one string: reading the script shall not be what is measured.
   struct Step {
     const Name* name;
-    std::uint32_t textStart, textLength;
+    std::uint32_t textLength;
     Call call;
   };
 

@@ -4,6 +4,7 @@
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/DocumentTree.h"
 #include "ovxmllib/document/ExpatReader.h"
+#include "ovxmllib/document/SlabCache.h"
 #include "ovxmllib/foundation/OvZip.h"
 
 namespace OvXmlLib16 {
@@ -88,6 +89,8 @@ WString CXmlDocument::LookupNamespaceFromAlias(const WChar* alias) const {
 }
 
 WString CXmlDocument::LookupAliasFromNamespace(const WChar* uri) const { return Found(m_tree->FindAlias(ViewOf(uri))); }
+
+void CXmlDocument::ReleaseSpareMemory() noexcept { TrimSlabCache(); }
 
 void CXmlDocument::Cleanup() { m_tree->Clear(); }
 

@@ -1,11 +1,13 @@
 #include "ovxmllib/document/XmlEscape.h"
 
+#include <array>
 #include <bit>
 #include <cstring>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/foundation/Unicode.h"
+#include "ovxmllib/foundation/UnitCopy.h"
 
 namespace OvXmlLib16 {
 
@@ -37,12 +39,11 @@ constexpr std::size_t kBlock = sizeof(UnitBlock) / sizeof(WChar);
 constexpr UnitBlock Each(std::int16_t c) noexcept { return UnitBlock{c, c, c, c, c, c, c, c}; }
 
 // True for eight units that go out as they are everywhere. As signed numbers, those from U+8000 on are small as well:
-// they are looked at one by one.
+// they are looked at one by one. One bit makes a quotation mark an ampersand, and one makes `<` a `>`.
 bool IsPlainBlock(const UnitBlock& units) noexcept {
   const UnitBlock found =
-      (units < Each(0x20)) | (units == Each('&')) | (units == Each('<')) | (units == Each('>')) | (units == Each('"'));
-  std::uint64_t halves[2];
-  std::memcpy(halves, &found, sizeof halves);
+      (units < Each(0x20)) | ((units | Each('"' ^ '&')) == Each('&')) | ((units | Each('<' ^ '>')) == Each('>'));
+  const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(found);
   return (halves[0] | halves[1]) == 0;
 }
 
@@ -89,6 +90,9 @@ std::size_t CopyRun(WChar* out, WStringView text, std::uint64_t special) {
   return i;
 }
 
+// The text that is looked at in one piece: less than a block of the stream's buffer.
+constexpr std::size_t kAtOnce = 2048;
+
 // `wanted` units, or one more or less so that no pair of surrogates is cut.
 std::size_t WholeCharacters(WStringView text, std::size_t wanted) noexcept {
   if (text.size() <= wanted) return text.size();
@@ -114,11 +118,8 @@ WStringView Replacement(WStringView text, std::size_t i, const EscapeRules& rule
   }
 }
 
-}  // namespace
-
-void WriteEscaped(CTextStream& stream, WStringView text, const EscapeRules& rules) {
-  constexpr std::size_t kAtOnce = 2048;  // less than a block of the stream's buffer
-  std::size_t at = 0;
+// Writes what is left of `text` from `at` on, where a run has ended.
+void WriteRest(CTextStream& stream, WStringView text, std::size_t at, const EscapeRules& rules) {
   while (at < text.size()) {
     const WStringView left = text.substr(at);
     const WStringView piece = left.substr(0, WholeCharacters(left, kAtOnce));
@@ -128,6 +129,19 @@ void WriteEscaped(CTextStream& stream, WStringView text, const EscapeRules& rule
     at += copied;
     if (copied != piece.size()) stream.Write(Replacement(text, at++, rules));
   }
+}
+
+}  // namespace
+
+void WriteEscaped(CTextStream& stream, WStringView before, WStringView text, WStringView after,
+                  const EscapeRules& rules) {
+  const WStringView piece(text.data(), WholeCharacters(text, kAtOnce));
+  WChar* const start = PutUnits(stream.Reserve(before.size() + piece.size() + after.size()), before);
+  const std::size_t copied = CopyRun(start, piece, rules.special);
+  if (copied == text.size()) return stream.Commit(PutUnits(start + copied, after));
+  stream.Commit(start + copied);
+  WriteRest(stream, text, copied, rules);
+  stream.Write(after);
 }
 
 void CheckCharacters(WStringView text) {

@@ -33,9 +33,10 @@ inline constexpr EscapeRules kEscapeTextCrLf = {escape_detail::SpecialCharacters
 /// Attribute values between double quotes. A line feed becomes a reference, since the parser would make it a blank.
 inline constexpr EscapeRules kEscapeAttribute = {escape_detail::SpecialCharacters(u"&<>\""), u"&#xA;"};
 
-/// Writes `text` by the rules. Throws COvInvalidValueException at a character that XML does not allow and at an
-/// unpaired surrogate; what stands before it may have been written.
-void WriteEscaped(CTextStream& stream, WStringView text, const EscapeRules& rules);
+/// Writes `text` by the rules, between markup that goes out as it is. Throws COvInvalidValueException at a character
+/// that XML does not allow and at an unpaired surrogate; what stands before it may have been written.
+void WriteEscaped(CTextStream& stream, WStringView before, WStringView text, WStringView after,
+                  const EscapeRules& rules);
 
 /// Throws as WriteEscaped does, and writes nothing.
 void CheckCharacters(WStringView text);

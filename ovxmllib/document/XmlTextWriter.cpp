@@ -34,6 +34,10 @@ class MarkupRun {
     m_end = CopyUnits(m_end, text);
     return *this;
   }
+  MarkupRun& Put(WStringView few) noexcept {
+    m_end = PutUnits(m_end, few);
+    return *this;
+  }
 
  private:
   CTextStream& m_stream;
@@ -93,9 +97,7 @@ void CXmlTextWriter::WriteXmlHeader() {
 }
 
 void CXmlTextWriter::WriteComment(WStringView text) {
-  Write(u"<!--");
-  WriteEscaped(*m_pStream, text, *m_textRules);
-  Write(u"-->");
+  WriteEscaped(*m_pStream, u"<!--", text, u"-->", *m_textRules);
   Write(m_strEOL);
   FlushIfDue();
 }
@@ -147,7 +149,7 @@ void CXmlTextWriter::StartElement(WStringView name, WStringView ns) {
   const WStringView indent = GetIndent(context.depth);
   {
     MarkupRun run(*m_pStream, lineEnd.size() + indent.size() + tagName.size() + 2);
-    if (closesTag) run << u'>' << lineEnd;
+    if (closesTag) (run << u'>').Put(lineEnd);
     run << indent << u'<' << tagName;
   }
   if (declares) WriteDeclaration(u" xmlns:", *alias, ns);
@@ -169,7 +171,7 @@ WStringView CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView 
   end = CopyUnits(end, name);
   const auto length = static_cast<std::size_t>(end - m_tagNames.data()) - start;
   *end++ = u'>';
-  end = CopyUnits(end, GetLineEnd());
+  end = PutUnits(end, GetLineEnd());
   context.nameStart = start;
   m_tagNamesEnd = static_cast<std::size_t>(end - m_tagNames.data());
   return {m_tagNames.data() + start, length};
@@ -178,9 +180,7 @@ WStringView CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView 
 void CXmlTextWriter::WriteDeclaration(WStringView start, WStringView alias, WStringView ns) {
   Write(start);
   Write(alias);
-  Write(u"=\"");
-  WriteEscaped(*m_pStream, ns, kEscapeAttribute);
-  m_pStream->Write(u'"');
+  WriteEscaped(*m_pStream, u"=\"", ns, u"\"", kEscapeAttribute);
 }
 
 void CXmlTextWriter::DeclareDocumentScope() {
@@ -196,11 +196,12 @@ void CXmlTextWriter::WriteText(WStringView text, ItemType) {
   CXmlWriterContext* context = GetContext();
   assert(context != nullptr && "m_pContext != 0");
   if (text.empty()) return;
-  if (std::exchange(context->bInStartTag, false)) m_pStream->Write(u'>');
+  const WStringView tagEnd = std::exchange(context->bInStartTag, false) ? u">" : u"";
   if (IsSectionStart(text)) {
+    Write(tagEnd);
     WriteTextWithSections(text);
   } else {
-    WriteEscaped(*m_pStream, text, *m_textRules);
+    WriteEscaped(*m_pStream, tagEnd, text, {}, *m_textRules);
   }
   FlushIfDue();
 }
@@ -211,8 +212,8 @@ void CXmlTextWriter::WriteTextWithSections(WStringView text) {
   while (true) {
     const std::size_t start = text.find(kSectionStart);
     const std::size_t end = start == WStringView::npos ? start : text.find(kSectionEnd, start + kSectionStart.size());
-    if (end == WStringView::npos) return WriteEscaped(*m_pStream, text, *m_textRules);
-    WriteEscaped(*m_pStream, text.substr(0, start), *m_textRules);
+    if (end == WStringView::npos) return WriteEscaped(*m_pStream, {}, text, {}, *m_textRules);
+    WriteEscaped(*m_pStream, {}, text.substr(0, start), {}, *m_textRules);
     const WStringView section = text.substr(start, end + kSectionEnd.size() - start);
     CheckCharacters(section);
     Write(section);
@@ -229,7 +230,7 @@ void CXmlTextWriter::EndElement() {
   {
     MarkupRun run(*m_pStream, indent.size() + tagEnd.size() + lineEnd.size() + 2);
     if (context->bInStartTag) {
-      run << u'/' << u'>' << lineEnd;
+      (run << u'/' << u'>').Put(lineEnd);
     } else {
       run << indent << u'<' << u'/' << tagEnd;
     }
@@ -242,23 +243,19 @@ void CXmlTextWriter::EndElement() {
 void CXmlTextWriter::WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType) {
   CheckInStartTag();
   WStringView alias;
-  m_pStream->Write(u' ');
   if (!ns.empty()) {
     CXmlWriterContext& context = *GetContext();
     const WString* known = context.GetNamespaceMapValue(ns);
     alias = known != nullptr ? *known : context.AddGeneratedAlias(ns);
-    if (known == nullptr) {
-      WriteDeclaration(u"xmlns:", alias, ns);
-      m_pStream->Write(u' ');
-    }
+    if (known == nullptr) WriteDeclaration(u" xmlns:", alias, ns);
   }
   {
-    MarkupRun run(*m_pStream, alias.size() + name.size() + 3);
+    MarkupRun run(*m_pStream, alias.size() + name.size() + 2);
+    run << u' ';
     if (!alias.empty()) run << alias << u':';
-    run << name << u'=' << u'"';
+    run << name;
   }
-  WriteEscaped(*m_pStream, value, kEscapeAttribute);
-  m_pStream->Write(u'"');
+  WriteEscaped(*m_pStream, u"=\"", value, u"\"", kEscapeAttribute);
   FlushIfDue();
 }
 

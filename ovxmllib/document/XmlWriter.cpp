@@ -34,12 +34,14 @@ void CXmlWriter::SetArrayState(int state) noexcept {
 }
 
 CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext() {
-  const std::size_t depth = m_pContext == nullptr ? 0 : static_cast<std::size_t>(m_pContext->depth) + 1;
-  if (depth == m_contexts.size()) m_contexts.push_back(std::make_unique<CXmlWriterContext>(m_pContext));
-  CXmlWriterContext& context = *m_contexts[depth];
-  context.Begin(m_pContext == nullptr ? *m_documentScope : m_pContext->GetScope());
-  m_pContext = &context;
-  return context;
+  CXmlWriterContext* const parent = m_pContext;
+  CXmlWriterContext*& next = parent == nullptr ? m_pRootContext : parent->pDeeper;
+  if (next == nullptr) {
+    next = m_contexts.emplace_back(std::make_unique<CXmlWriterContext>(parent)).get();
+  }
+  next->Begin(parent == nullptr ? *m_documentScope : parent->GetScope());
+  m_pContext = next;
+  return *next;
 }
 
 void CXmlWriter::PopContext() noexcept { m_pContext = m_pContext->pParent; }

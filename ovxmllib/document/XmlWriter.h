@@ -82,7 +82,8 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
 
  private:
   std::unique_ptr<NamespaceScope> m_documentScope;
-  CXmlWriterContext* m_pContext = nullptr;                     // one of the next
+  CXmlWriterContext* m_pContext = nullptr;                     // the innermost open one of m_contexts
+  CXmlWriterContext* m_pRootContext = nullptr;                 // the first of them
   std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;  // by depth; those below the open one wait for reuse
 };
 

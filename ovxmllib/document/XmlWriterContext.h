@@ -39,13 +39,14 @@ class CXmlWriter::CXmlWriterContext : public CInstanceMonitor {
     return *scope.FindAlias(ns);
   }
 
-  CXmlWriterContext* const pParent;  ///< not owned
-  const int depth;                   ///< 0 for the root
-  int childCount = 0;                ///< child elements started so far
-  bool bInStartTag = false;          ///< the start tag is still open: attributes may follow
-  bool bAttributesWritten = false;   ///< for formats whose attributes end with a mark
-  int arrayState = 0;                ///< for formats with arrays
-  std::size_t nameStart = 0;         ///< for formats whose end tags repeat the name: where they keep it
+  CXmlWriterContext* const pParent;      ///< not owned
+  CXmlWriterContext* pDeeper = nullptr;  ///< the context of a child, once there was one; not owned
+  const int depth;                       ///< 0 for the root
+  int childCount = 0;                    ///< child elements started so far
+  bool bInStartTag = false;              ///< the start tag is still open: attributes may follow
+  bool bAttributesWritten = false;       ///< for formats whose attributes end with a mark
+  int arrayState = 0;                    ///< for formats with arrays
+  std::size_t nameStart = 0;             ///< for formats whose end tags repeat the name: where they keep it
 
  private:
   static ClassType& Record() {

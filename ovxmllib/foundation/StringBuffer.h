@@ -25,26 +25,21 @@ class CStringBuffer : public CInstanceMonitor {
 
   /// Adds `text` at the end. It may be part of this buffer.
   void Append(WStringView text) {
-    if (text.size() > m_LastBlock_SizeOf - m_LastBlock_DataIn) return AppendAcrossBlocks(text);
-    AppendFitting(text);
+    if (text.size() > GetRoom()) return AppendAcrossBlocks(text);
+    m_position = CopyUnits(m_position, text);
   }
   /// Adds one unit at the end.
   void Append(WChar unit) {
-    if (m_LastBlock_DataIn == m_LastBlock_SizeOf) AddBlock(m_dwBlockSize);
-    m_pLastBlock[m_LastBlock_DataIn++] = unit;
-    ++m_dwTotalBufferLen;
+    if (m_position == m_end) AddBlock(m_dwBlockSize);
+    *m_position++ = unit;
   }
   /// Room for `units` more units in one piece. What is written there counts when Commit gets its end; any other call
   /// before that drops it.
   WChar* Reserve(std::size_t units) {
-    if (units > m_LastBlock_SizeOf - m_LastBlock_DataIn) CutBlock(units);
-    return m_pLastBlock + m_LastBlock_DataIn;
+    if (units > GetRoom()) CutBlock(units);
+    return m_position;
   }
-  void Commit(const WChar* end) noexcept {
-    const auto added = static_cast<std::size_t>(end - (m_pLastBlock + m_LastBlock_DataIn));
-    m_LastBlock_DataIn += added;
-    m_dwTotalBufferLen += added;
-  }
+  void Commit(WChar* end) noexcept { m_position = end; }
   /// Makes `text`, which must not be part of this buffer, the whole text.
   void Assign(WStringView text);
 
@@ -59,7 +54,7 @@ class CStringBuffer : public CInstanceMonitor {
   /// A copy of the text, made in one piece, which leaves the blocks as they are.
   WString GetText() const;
   /// The units in all blocks together.
-  std::size_t GetLength() const noexcept { return m_dwTotalBufferLen; }
+  std::size_t GetLength() const noexcept { return m_unitsBefore + GetUsed(); }
 
   /// Calls `visit` with a WStringView of each block's text, in order. Characters of two units may be split between
   /// blocks.
@@ -81,22 +76,19 @@ class CStringBuffer : public CInstanceMonitor {
     return record;
   }
 
-  void AppendFitting(WStringView text) noexcept {
-    CopyUnits(m_pLastBlock + m_LastBlock_DataIn, text);
-    m_LastBlock_DataIn += text.size();
-    m_dwTotalBufferLen += text.size();
-  }
+  std::size_t GetUsed() const noexcept { return static_cast<std::size_t>(m_position - m_pLastBlock); }
+  std::size_t GetRoom() const noexcept { return static_cast<std::size_t>(m_end - m_position); }
   void AppendAcrossBlocks(WStringView text);
   void AddBlock(std::size_t capacity);
   void CutBlock(std::size_t units);
   WStringView BlockText(std::size_t index) const noexcept;
 
   std::vector<Block> m_blocks;
-  std::size_t m_dwBlockSize;           // capacity of a new block
-  std::size_t m_LastBlock_DataIn = 0;  // units used in the last block; all others are full
-  std::size_t m_LastBlock_SizeOf = 0;  // its capacity
-  WChar* m_pLastBlock = nullptr;       // owned by m_blocks
-  std::size_t m_dwTotalBufferLen = 0;
+  std::size_t m_dwBlockSize;      // capacity of a new block
+  std::size_t m_unitsBefore = 0;  // in all blocks but the last, which are full
+  WChar* m_pLastBlock = nullptr;  // owned by m_blocks, as are the next two
+  WChar* m_position = nullptr;    // behind the text of the last block
+  WChar* m_end = nullptr;         // of the last block's capacity
 };
 
 }  // namespace OvXmlLib16

@@ -43,7 +43,7 @@ class CTextStream : public CInstanceMonitor {
 
   /// Room for `units` units, to be written in place; Commit gets their end, before anything else is called.
   WChar* Reserve(std::size_t units) { return m_buffer.Reserve(units); }
-  void Commit(const WChar* end) noexcept { m_buffer.Commit(end); }
+  void Commit(WChar* end) noexcept { m_buffer.Commit(end); }
 
   /// The units written since the last Flush that took them.
   std::size_t GetBufferedLength() const noexcept { return m_buffer.GetLength(); }

@@ -9,4 +9,10 @@ namespace OvXmlLib16 {
 /// most texts are, cost a fraction of what memcpy takes.
 WChar* CopyUnits(WChar* out, WStringView text) noexcept;
 
+/// The same for one or two units.
+inline WChar* PutUnits(WChar* out, WStringView text) noexcept {
+  for (const WChar unit : text) *out++ = unit;
+  return out;
+}
+
 }  // namespace OvXmlLib16
