@@ -53,7 +53,7 @@ class OVXMLLIB_API CBinaryData {
   bool IsEmpty() const noexcept { return m_pBlock == nullptr; }
 
   /// Gives the bytes to the caller, who frees them with `delete[]`, and makes the data empty; null when it was empty.
-  /// Copies keep theirs.
+  /// Copies keep theirs. Bytes that were not adopted are copied.
   unsigned char* ReleaseData();
 
   /// Adds one byte, or one code unit as two bytes.

@@ -29,8 +29,8 @@ class CBinaryDataBlock {
   void AddRef() noexcept { m_refCount.fetch_add(1, std::memory_order_relaxed); }
   /// Gives up one reference; the last one frees the block and its bytes.
   void Release() noexcept;
-  /// Gives up the only reference and hands the bytes to the caller, who frees them with `delete[]`. Throws COvException
-  /// if others hold the block, and then nothing is given up.
+  /// Gives up the only reference and hands the bytes, or where they were not adopted a copy, to the caller, who frees
+  /// them with `delete[]`. Throws COvException if others hold the block, and then nothing is given up.
   unsigned char* ReleaseData();
 
   bool IsShared() const noexcept { return CountReferences() > 1; }
@@ -61,20 +61,27 @@ class CBinaryDataBlock {
   }
 
  private:
-  using Bytes = std::unique_ptr<unsigned char[]>;
+  // Bytes that were adopted came from `new[]`. Others come from malloc, whose memory can grow where it stands: for a
+  // document of megabytes that saves copying it as often as it doubles.
+  struct BytesDeleter {
+    bool isArray;
+    void operator()(unsigned char* bytes) const noexcept;
+  };
+  using Bytes = std::unique_ptr<unsigned char[], BytesDeleter>;
+
+  static Bytes Allocate(std::size_t capacity);
 
   CBinaryDataBlock(Bytes bytes, std::size_t length, std::size_t capacity) noexcept;
   ~CBinaryDataBlock() = default;
 
   std::int32_t CountReferences() const noexcept { return m_refCount.load(std::memory_order_acquire); }
 
-  // Makes room for `length` more bytes. Returns the memory that was replaced, if any: the caller may be copying from
-  // it.
-  Bytes Reserve(std::size_t length) {
+  // Makes room for `length` more bytes.
+  void Reserve(std::size_t length) {
     if (IsShared()) ThrowShared();
-    return length <= m_dwCapacity - m_dwLen ? Bytes() : Grow(m_dwLen + length);
+    if (length > m_dwCapacity - m_dwLen) Grow(m_dwLen + length);
   }
-  Bytes Grow(std::size_t length);
+  void Grow(std::size_t length);
   [[noreturn]] void ThrowShared() const;
 
   Bytes m_lpData;
