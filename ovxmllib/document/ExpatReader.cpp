@@ -6,6 +6,7 @@
 #include <new>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/document/XmlAttribute.h"
 
 namespace OvXmlLib16 {
 
@@ -51,9 +52,11 @@ struct CExpatReader::Handlers {
     self.Guarded([&] {
       self.Limited([&] {
         self.m_tree.StartElement(ViewOf(name));
-        for (; *attributes != nullptr; attributes += 2) {
+        const XML_Char** const end = attributes + XML_GetSpecifiedAttributeCount(self.m_parser);
+        for (; attributes != end; attributes += 2) {
           self.m_tree.AddAttribute(ViewOf(attributes[0]), ViewOf(attributes[1]));
         }
+        for (; *attributes != nullptr; attributes += 2) self.AddDefault(ViewOf(attributes[0]), ViewOf(attributes[1]));
       });
     });
   }
@@ -151,6 +154,19 @@ unsigned char* CExpatReader::GetBuffer(std::size_t length) {
 
 void CExpatReader::ParseBuffer(std::size_t length, bool isFinal) {
   Check(XML_ParseBuffer(m_parser, static_cast<int>(length), isFinal) == XML_STATUS_OK);
+}
+
+// Adds an attribute that stands in the DOCTYPE alone. A few bytes of element may have many and long ones: what they
+// come to is held against the input read so far, as Expat does it with entities, and with Expat's own figures.
+void CExpatReader::AddDefault(std::string_view name, std::string_view value) {
+  constexpr std::uint64_t kFreeBytes = 8 * 1024 * 1024;
+  constexpr std::uint64_t kMaxFactor = 100;
+  m_defaultedBytes += sizeof(CXmlAttribute) + value.size() * sizeof(WChar);
+  const auto read = static_cast<std::uint64_t>(XML_GetCurrentByteIndex(m_parser));
+  if (m_defaultedBytes > kFreeBytes && m_defaultedBytes / kMaxFactor > read) {
+    throw COvException(u"The default values of attributes multiply the document more than a hundredfold.");
+  }
+  m_tree.AddAttribute(name, value);
 }
 
 void CExpatReader::Check(bool succeeded) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <string_view>
 
@@ -50,6 +51,7 @@ class CExpatReader : public CInstanceMonitor {
   void Open(const char* encoding);
   void Guarded(auto&& action) noexcept;
   void Limited(auto&& action);
+  void AddDefault(std::string_view name, std::string_view value);
   void Check(bool succeeded);
   [[noreturn]] void ThrowParserError(int error);
   void SetPlaceOn(COvException& exception) const noexcept;
@@ -58,6 +60,7 @@ class CExpatReader : public CInstanceMonitor {
   const CSerializationContext& m_context;
   XML_ParserStruct* m_parser = nullptr;  // owned
   std::exception_ptr m_failure;          // what a handler could not let out
+  std::uint64_t m_defaultedBytes = 0;    // of attributes that no start tag has
 };
 
 }  // namespace OvXmlLib16

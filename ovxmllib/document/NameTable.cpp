@@ -49,9 +49,15 @@ std::uint64_t Hash(std::string_view text, std::uint64_t seed) noexcept {
 }  // namespace
 
 struct NameTable::Entry {
+  bool IsNameOf(std::string_view qualified) const noexcept {
+    return qualified.size() == prefix.size() + local.size() && qualified.ends_with(local) &&
+           qualified.starts_with(prefix);
+  }
+
   ExpandedName name;
   std::uint64_t hash;
-  std::string_view key;       // in the storage
+  std::string_view prefix;    // namespace URI and separator, or empty; kept once for all names of the namespace
+  std::string_view local;     // in the storage
   Entry* follower = nullptr;  // the name that came behind this one the last time
 };
 
@@ -74,7 +80,7 @@ void NameTable::Clear() noexcept {
 const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t maxLength) {
   // Documents repeat themselves: the name behind a name is nearly always the one that was there before.
   Entry** const expected = m_last == nullptr ? nullptr : &m_last->follower;
-  if (expected == nullptr || *expected == nullptr || (*expected)->key != qualified) {
+  if (expected == nullptr || *expected == nullptr || !(*expected)->IsNameOf(qualified)) {
     m_last = &Find(qualified, maxLength);
     if (expected != nullptr) *expected = m_last;
     return m_last->name;
@@ -86,25 +92,26 @@ const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t ma
 NameTable::Entry& NameTable::Find(std::string_view qualified, std::size_t maxLength) {
   const std::uint64_t hash = Hash(qualified, ProcessSeed());
   for (std::size_t i = hash & m_mask; m_slots[i] != nullptr; i = (i + 1) & m_mask) {
-    if (m_slots[i]->hash == hash && m_slots[i]->key == qualified) return *m_slots[i];
+    if (m_slots[i]->hash == hash && m_slots[i]->IsNameOf(qualified)) return *m_slots[i];
   }
   return Add(qualified, hash, maxLength);
 }
 
 NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash, std::size_t maxLength) {
   const std::size_t separator = qualified.find(kNamespaceSeparator);
-  const bool hasNamespace = separator != std::string_view::npos;
-  WString localName = ToWide(hasNamespace ? qualified.substr(separator + 1) : qualified);
+  const std::size_t prefixLength = separator == std::string_view::npos ? 0 : separator + 1;
+  const std::string_view local = qualified.substr(prefixLength);
+  WString localName = ToWide(local);
   if (maxLength != 0 && localName.size() > maxLength) {
     throw COvException(FormatString(
         u"A name is longer than %d characters. CSerializationContext::SetMaxNameLength sets this limit.", maxLength));
   }
   if (2 * (m_count + 1) > m_mask) Grow();
-  const WString& uri = InternNamespace(hasNamespace ? qualified.substr(0, separator) : std::string_view());
-  char* key = static_cast<char*>(m_storage.Allocate(qualified.size()));
-  std::memcpy(key, qualified.data(), qualified.size());
+  const auto& [prefix, uri] = InternNamespace(qualified.substr(0, prefixLength));
+  char* kept = static_cast<char*>(m_storage.Allocate(local.size()));
+  local.copy(kept, local.size());
   Entry* entry = new (m_storage.Allocate(sizeof(Entry)))
-      Entry{{&uri, std::move(localName)}, hash, std::string_view(key, qualified.size())};
+      Entry{{&uri, std::move(localName)}, hash, prefix, std::string_view(kept, local.size())};
   std::size_t i = hash & m_mask;
   while (m_slots[i] != nullptr) i = (i + 1) & m_mask;
   m_slots[i] = entry;
@@ -112,10 +119,10 @@ NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash,
   return *entry;
 }
 
-const WString& NameTable::InternNamespace(std::string_view uri) {
-  auto known = m_namespaces.find(uri);
-  if (known == m_namespaces.end()) known = m_namespaces.emplace(uri, ToWide(uri)).first;
-  return known->second;
+const NameTable::Namespace& NameTable::InternNamespace(std::string_view prefix) {
+  const auto known = m_namespaces.find(prefix);
+  if (known != m_namespaces.end()) return *known;
+  return *m_namespaces.emplace(prefix, ToWide(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1))).first;
 }
 
 void NameTable::Grow() {

@@ -39,11 +39,13 @@ class NameTable {
 
  private:
   struct Entry;
+  using Namespaces = std::map<std::string, WString, std::less<>>;  // URI and separator as the parser has it; the URI
+  using Namespace = Namespaces::value_type;
 
   void DestroyEntries() noexcept;
   Entry& Find(std::string_view qualified, std::size_t maxLength);
   Entry& Add(std::string_view qualified, std::uint64_t hash, std::size_t maxLength);
-  const WString& InternNamespace(std::string_view uri);
+  const Namespace& InternNamespace(std::string_view prefix);
   void Grow();
 
   static constexpr std::size_t kFirstSlots = 64;
@@ -53,7 +55,7 @@ class NameTable {
   std::size_t m_count = 0;
   Entry* m_last = nullptr;  // the name asked for last
   NodePool m_storage;       // entries and their keys; the entries' destructors are run by ours
-  std::map<std::string, WString, std::less<>> m_namespaces;
+  Namespaces m_namespaces;
 };
 
 }  // namespace OvXmlLib16

@@ -1,6 +1,7 @@
 // The entry points of bound objects for XML.
 
 #include <atomic>
+#include <utility>
 
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
@@ -106,7 +107,16 @@ void CXmlObjectBase::ToXmlFile(const std::filesystem::path& file, bool header, b
     CFileTextStream stream(file, encoding);
     return WriteDocument(stream, header, formatted, eol, context);
   }
-  CFileBinaryStream(file, encoding, ToXmlStream(header, formatted, encoding, eol, context, compression)).WriteToFile();
+  CBinaryData data = ToXmlStream(header, formatted, encoding, eol, context);
+  if (compression == CompressionType_None) return CFileBinaryStream(file, encoding, data).WriteToFile();
+  // Decided: what is compressed is the whole file, its byte order mark too, see docs/decisions.md.
+  if (encoding == XmlEncoding_UTF16 || encoding == XmlEncoding_UTF16NoHeader) {
+    CBinaryData marked(u"\uFEFF");
+    marked.Append(data);
+    data = std::move(marked);
+  }
+  CompressBinaryData(data, compression);
+  CFileBinaryStream(file, XmlEncoding_None, data).WriteToFile();
 }
 
 }  // namespace OvXmlLib16

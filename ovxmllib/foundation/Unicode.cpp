@@ -79,13 +79,6 @@ std::size_t MeasureBlock(const WChar* text) noexcept {
   return bytes;
 }
 
-// The UTF-16 units of the characters that begin in eight bytes of UTF-8: one each, and one more above U+FFFF.
-std::size_t MeasureBlock(const unsigned char* data) noexcept {
-  std::size_t units = 0;
-  for (std::size_t i = 0; i < kStride; ++i) units += 0u + ((data[i] & 0xC0) != 0x80) + (data[i] >= 0xF0);
-  return units;
-}
-
 constexpr std::size_t kWideStride = 16;
 using NarrowedBlock [[gnu::vector_size(kWideStride)]] = unsigned char;
 using WideBlock [[gnu::vector_size(2 * kWideStride)]] = std::uint16_t;
@@ -297,14 +290,6 @@ Progress MeasureUtf8(WStringView text) noexcept {
     i += decoded.units;
   }
   return {text.size(), bytes};
-}
-
-std::size_t MeasureWide(const unsigned char* data, std::size_t length) noexcept {
-  std::size_t units = 0;
-  std::size_t i = 0;
-  for (; length - i >= kStride; i += kStride) units += MeasureBlock(data + i);
-  for (; i < length; ++i) units += ((data[i] & 0xC0) != 0x80 ? 1u : 0u) + (data[i] >= 0xF0 ? 1u : 0u);
-  return units;
 }
 
 std::size_t FindUnwritable(WStringView text) noexcept {

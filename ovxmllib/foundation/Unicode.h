@@ -40,10 +40,6 @@ std::size_t Utf8ToWideDroppingCr(const unsigned char* data, std::size_t length, 
 /// The number of UTF-8 bytes of `text` up to its end or its first unpaired surrogate.
 Progress MeasureUtf8(WStringView text) noexcept;
 
-/// The number of code units that Utf8ToWide writes, which is all the room it needs: exact for legal input, and not
-/// below what it writes until it stops at an illegal sequence.
-std::size_t MeasureWide(const unsigned char* data, std::size_t length) noexcept;
-
 /// The position of the first U+0000 or unpaired surrogate of `text`, or its length when it is sound.
 std::size_t FindUnwritable(WStringView text) noexcept;
 

