@@ -1,7 +1,6 @@
 // The entry points of bound objects for XML.
 
 #include <atomic>
-#include <utility>
 
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
@@ -9,6 +8,7 @@
 #include "ovxmllib/document/XmlTextWriter.h"
 #include "ovxmllib/foundation/FileBinaryStream.h"
 #include "ovxmllib/foundation/FileTextStream.h"
+#include "ovxmllib/foundation/OutputFile.h"
 #include "ovxmllib/foundation/OvZip.h"
 #include "ovxmllib/foundation/TextStream.h"
 #include "ovxmllib/platform/File.h"
@@ -107,16 +107,14 @@ void CXmlObjectBase::ToXmlFile(const std::filesystem::path& file, bool header, b
     CFileTextStream stream(file, encoding);
     return WriteDocument(stream, header, formatted, eol, context);
   }
-  CBinaryData data = ToXmlStream(header, formatted, encoding, eol, context);
+  const CBinaryData data = ToXmlStream(header, formatted, encoding, eol, context);
   if (compression == CompressionType_None) return CFileBinaryStream(file, encoding, data).WriteToFile();
   // Decided: what is compressed is the whole file, its byte order mark too, see docs/decisions.md.
-  if (encoding == XmlEncoding_UTF16 || encoding == XmlEncoding_UTF16NoHeader) {
-    CBinaryData marked(u"\uFEFF");
-    marked.Append(data);
-    data = std::move(marked);
-  }
-  CompressBinaryData(data, compression);
-  CFileBinaryStream(file, XmlEncoding_None, data).WriteToFile();
+  const auto mark = ByteOrderMark(encoding);
+  CBinaryData content(mark.data(), mark.size());
+  content.Append(data);
+  CompressBinaryData(content, compression);
+  CFileBinaryStream(file, XmlEncoding_None, content).WriteToFile();
 }
 
 }  // namespace OvXmlLib16

@@ -37,7 +37,14 @@ WString LineOf(const WString& className) {
   return report.substr(start, report.find(u'\n', name) - start);
 }
 
-TEST(InstanceMonitor, CountsInstancesByName) {
+// The counts are the process's: each test starts them anew.
+class InstanceMonitor : public testing::Test {
+ protected:
+  InstanceMonitor() { CInstanceMonitor::Cleanup(); }
+};
+using ThreadsInstanceMonitor = InstanceMonitor;
+
+TEST_F(InstanceMonitor, CountsInstancesByName) {
   auto first = std::make_unique<CNamed>(u"CFoo");
   auto second = std::make_unique<CNamed>(u"CFoo");
   first.reset();
@@ -46,7 +53,7 @@ TEST(InstanceMonitor, CountsInstancesByName) {
   EXPECT_EQ(LineOf(u"CFoo"), u"    CFoo = 0/2");
 }
 
-TEST(InstanceMonitor, CopiesCountAndAssignmentsDoNot) {
+TEST_F(InstanceMonitor, CopiesCountAndAssignmentsDoNot) {
   const CNamed original(u"CCopied");
   CNamed copy(original);
   const CNamed other(u"CAssigned");
@@ -55,7 +62,7 @@ TEST(InstanceMonitor, CopiesCountAndAssignmentsDoNot) {
   EXPECT_EQ(LineOf(u"CAssigned"), u"--> CAssigned = 1/1");
 }
 
-TEST(InstanceMonitor, ForgetsManyAtOnce) {
+TEST_F(InstanceMonitor, ForgetsManyAtOnce) {
   {
     const CRecorded kept;
     alignas(CRecorded) unsigned char pool[3][sizeof(CRecorded)];
@@ -66,8 +73,7 @@ TEST(InstanceMonitor, ForgetsManyAtOnce) {
   EXPECT_EQ(LineOf(u"CRecorded"), u"    CRecorded = 0/4");
 }
 
-TEST(InstanceMonitor, ReportsInOrderOfFirstAppearance) {
-  CInstanceMonitor::Cleanup();
+TEST_F(InstanceMonitor, ReportsInOrderOfFirstAppearance) {
   const WString head = u"Instances of classes still in existence/Total Number of instances created\n";
   EXPECT_EQ(CInstanceMonitor::DumpState(), head);
   const CNamed z(u"CZ");
@@ -77,7 +83,7 @@ TEST(InstanceMonitor, ReportsInOrderOfFirstAppearance) {
 }
 
 // More classes than a thread has places of its own for.
-TEST(InstanceMonitor, CountsAnyNumberOfClasses) {
+TEST_F(InstanceMonitor, CountsAnyNumberOfClasses) {
   for (int i = 0; i < 200; ++i) {
     const WString name = u"CMany" + ToWide(std::to_string(i));
     const CNamed kept(name.c_str());
@@ -86,7 +92,7 @@ TEST(InstanceMonitor, CountsAnyNumberOfClasses) {
   }
 }
 
-TEST(ThreadsInstanceMonitor, KeepsTheCountsOfThreadsThatEnded) {
+TEST_F(ThreadsInstanceMonitor, KeepsTheCountsOfThreadsThatEnded) {
   constexpr int kThreads = 6, kEach = 500;
   std::vector<std::unique_ptr<CNamed>> left(kThreads);
   std::atomic<bool> done = false;

@@ -36,7 +36,7 @@ std::string Utf16(WStringView text, bool bigEndian) {
 }
 
 std::string Packed(const std::string& bytes, CompressionType type) {
-  const CBinaryData data = Compress(Bytes(bytes), bytes.size(), type);
+  const CBinaryData data = Compress(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), type);
   return {data.GetData(), data.GetData() + data.GetLength()};
 }
 

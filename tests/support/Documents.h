@@ -12,9 +12,6 @@ namespace OvXmlLib16::test {
 /// A document with something of everything, which ends with its last tag, and TextOf its tree.
 extern const WStringView kSample, kSampleTree;
 
-inline const unsigned char* Bytes(const std::string& text) {
-  return reinterpret_cast<const unsigned char*>(text.data());
-}
 std::string Repeated(std::string_view text, std::size_t times);
 /// The code units as bytes, without a byte order mark.
 std::string Utf16(WStringView text, bool bigEndian = false);
@@ -23,9 +20,16 @@ std::string Packed(const std::string& bytes, CompressionType type);
 
 /// All that a tree holds: {namespace}name[attribute=value]'text'(child child).
 WString TextOf(const CXmlElement& element);
-
 /// "message @line:column", and the class where it is not COvException itself.
 WString TextOf(const COvException& exception);
+/// The lines of the instance monitor's report that hold `part`: "-->" stands on those with instances left.
+WString MonitorLines(WStringView part);
+
+inline auto Loading(const std::string& bytes) {
+  return [&](CXmlDocument& document) {
+    document.LoadXmlStream(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  };
+}
 
 /// TextOf the tree that `load` makes, or of the COvException that it throws.
 template <class Load>
@@ -39,12 +43,5 @@ WString Outcome(const Load& load, const CSerializationContext& context = {},
   }
   return TextOf(*document.GetDocumentElement());
 }
-
-inline auto Loading(const std::string& bytes) {
-  return [&](CXmlDocument& document) { document.LoadXmlStream(Bytes(bytes), bytes.size()); };
-}
-
-/// The lines of the instance monitor's report that hold `part`: "-->" stands on those with instances left.
-WString MonitorLines(WStringView part);
 
 }  // namespace OvXmlLib16::test
