@@ -47,11 +47,13 @@ void CXmlDocument::LoadXml(const WChar* text) {
   if (view.empty()) throw COvException(u"XML String is empty!");
   const std::size_t length = view.size() * sizeof(WChar);
   CheckInputLength(length);
-  // The byte order mark tells the parser this machine's order.
+  // The byte order mark tells the parser this machine's order. Text decoded from a file may still have its own.
   constexpr WChar kByteOrderMark = 0xFEFF;
   CExpatReader reader(*m_tree, *m_context);
   reader.OpenUtf16();
-  reader.Parse(Bytes(&kByteOrderMark), sizeof kByteOrderMark, /*isFinal=*/false);
+  if (view.front() != kByteOrderMark) {
+    reader.Parse(Bytes(&kByteOrderMark), sizeof kByteOrderMark, /*isFinal=*/false);
+  }
   reader.Parse(Bytes(view.data()), length, /*isFinal=*/true);
 }
 
