@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "ovxmllib/document/SlabCache.h"
+#include "tests/support/AnyObject.h"
+#include "tests/support/Documents.h"
+#include "tests/support/FailingNew.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace OvXmlLib16 {
+namespace {
+
+using test::AnyObject;
+using test::Loading;
+
+// Lets the first allocation of `call` fail, then the second and so on, until it succeeds.
+void ExpectSafe(const char* name, const std::function<void()>& call) {
+  call();  // makes what is made once in a process
+  for (std::size_t failing = 1, left = 0; left == 0; ++failing) {
+    TrimSlabCache();
+    const std::ptrdiff_t before = test::g_liveBlocks;
+    test::g_callsToFailure = failing;
+    try {
+      call();
+      left = test::g_callsToFailure;
+    } catch (const std::bad_alloc&) {
+    }
+    test::g_callsToFailure = 0;
+    TrimSlabCache();
+    ASSERT_EQ(test::g_liveBlocks, before) << name << ", allocation " << failing;
+  }
+}
+
+TEST(AllocationFailure, LeaksNothingAndBreaksNothing) {
+  std::string text = ToUtf8(test::kSample);
+  for (int i = 0; i < 60; ++i) {
+    const std::string name = "n" + std::to_string(i);
+    text.insert(text.size() - 6, "<" + name + " b='x'>" + std::string(300, 'y') + "</" + name + ">");
+  }
+  const std::string zipped = test::Packed(text, CompressionType_GZip);
+  const WString wide = ToWide(text);
+  const test::TemporaryFolder folder;
+  const auto in = folder / "in", out = folder / "out";
+  test::WriteFile(in, text);
+  CSmartPtr<AnyObject> object(new AnyObject), expected(new AnyObject);
+  expected->FromXml(text.c_str());
+
+  ExpectSafe("tree", [&] {
+    CXmlDocument document([](CXmlElement* e) { return e->GetText().empty() == e->GetAttributes().empty(); });
+    Loading(text)(document);
+  });
+  ExpectSafe("wide text", [&] { CSmartPtr<AnyObject>(new AnyObject)->FromXml(wide.c_str()); });
+  ExpectSafe("gzip",
+             [&] { AnyObject().FromXmlStream(reinterpret_cast<const unsigned char*>(zipped.data()), zipped.size()); });
+  for (const bool on : {false, true}) {
+    AsyncFromXmlFile(on);
+    AsyncToXmlFile(on);
+    ExpectSafe("reading a file", [&] { AnyObject().FromXmlFile(in); });
+    ExpectSafe("writing a file", [&] { expected->ToXmlFile(out); });
+  }
+  ExpectSafe("writing text", [&] { expected->ToXml(); });
+  ExpectSafe("writing bytes",
+             [&] { expected->ToXmlStream(true, true, XmlEncoding_UTF16, EOLType_CRLF, {}, CompressionType_GZip); });
+
+  test::g_callsToFailure = 200;
+  EXPECT_THROW(object->FromXml(text.c_str()), std::bad_alloc);
+  test::g_callsToFailure = 0;
+  object->FromXml(text.c_str());
+  EXPECT_TRUE(*object == *expected) << "an object can be read after a failure";
+}
+
+// What a document says once is not stored many times.
+TEST(AllocatedMemory, IsInProportionToTheInput) {
+  std::string names = "<p:a xmlns:p='" + std::string(100'000, 'u') + "'>";
+  for (int i = 0; i < 2000; ++i) names += "<p:b" + std::to_string(i) + "/>";
+  const std::size_t before = test::g_bytesAsked;
+  CXmlDocument document;
+  document.LoadXml((names += "</p:a>").c_str());
+  EXPECT_LT(test::g_bytesAsked - before, 20 * names.size());
+}
+
+}  // namespace
+}  // namespace OvXmlLib16

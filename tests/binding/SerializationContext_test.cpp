@@ -1,0 +1,87 @@
+#include "ovxmllib/binding/SerializationContext.h"
+
+#include <gtest/gtest.h>
+
+#include "ovxmllib/binding/OvException.h"
+#include "tests/support/Thrown.h"
+
+namespace OvXmlLib16 {
+namespace {
+
+using Numbers = std::vector<std::uint64_t>;
+using test::MessageOf;
+
+Numbers SwitchesOf(const CSerializationContext& c) {
+  return {c.GetWriteTypeAttribute(),
+          c.GetStripCDATA(),
+          c.GetAllowDoctype(),
+          c.GetIgnoreInvalidCollectionCounts(),
+          c.GetIgnoreMissingChoice(),
+          c.GetIgnoreMissingMandatoryElements(),
+          c.GetIgnoreUnknownElements(),
+          c.GetIgnoreUnknownAttributes(),
+          c.GetIgnoreNamespaces(),
+          c.GetNoOptionalAttributeDefaultOutput(),
+          c.GetWriteDefaultElementValues()};
+}
+
+Numbers LimitsOf(const CSerializationContext& c) {
+  return {c.GetMaxElementDepth(), c.GetMaxAttributesPerElement(), c.GetMaxNameLength(),
+          c.GetMaxTextLength(),   c.GetMaxInputBytes(),           c.GetMaxDecompressedBytes()};
+}
+
+TEST(SerializationContext, BeginsWithDefaultsAndCopiesAll) {
+  CSerializationContext context;
+  EXPECT_EQ(SwitchesOf(context), (Numbers{1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(LimitsOf(context), (Numbers{1000, 10'000, 0, 0, 0, 0}));
+  EXPECT_EQ(context.GetSchemaType(), 0);
+  EXPECT_EQ(context.GetDefaultNamespaceURI() + context.GetInLineSchema() + context.GetIndentChars(), u"\t");
+  EXPECT_TRUE(context.GetProcessingInstructions().empty());
+
+  context.SetUntrustedInput();
+  context.SetIndentChars(u"  \t");
+  context.GetProcessingInstructions().push_back(u"<?p?>");
+  const CSerializationContext copy = context;
+  context = CSerializationContext();
+  EXPECT_EQ(LimitsOf(copy), (Numbers{256, 256, 1024, 16 << 20, 64 << 20, 256 << 20}));
+  EXPECT_EQ(SwitchesOf(copy), (Numbers{1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(copy.GetIndentChars() + copy.GetProcessingInstructions().at(0), u"  \t<?p?>");
+}
+
+TEST(SerializationContext, RefusesWhatContradicts) {
+  const WString both =
+      u"The parser can only ignore additional elements, or ignore the fact that some required ones are missing, you "
+      u"can "
+      u"not ignore both\n";
+  CSerializationContext context;
+  context.SetIgnoreUnknownElements(true);
+  context.SetIgnoreMissingMandatoryElements(false);
+  EXPECT_EQ(MessageOf<COvInvalidStateException>([&] { context.SetIgnoreMissingMandatoryElements(true); }),
+            both + u"Set IgnoreUnknownElements to false before setting IgnoreMissingMandatoryElements to true");
+  EXPECT_FALSE(context.GetIgnoreMissingMandatoryElements());
+  context.SetIgnoreUnknownElements(false);
+  context.SetIgnoreMissingMandatoryElements(true);
+  EXPECT_EQ(MessageOf<COvInvalidStateException>([&] { context.SetIgnoreUnknownElements(true); }),
+            both + u"Set IgnoreMissingMandatoryElements to false before setting IgnoreUnknownElements to true");
+  EXPECT_FALSE(context.GetIgnoreUnknownElements());
+
+  context.SetSchemaType(SchemaType_NoNamespaces);
+  context.SetIgnoreNamespaces(false);
+  EXPECT_TRUE(context.GetIgnoreNamespaces());
+  context.SetSchemaType(SchemaType(3));
+  EXPECT_FALSE(context.GetIgnoreNamespaces());
+}
+
+TEST(SerializationContext, TakesOnlyBlanksToIndentAsSpecified) {
+  CSerializationContext context;
+  for (const WChar* bad : {u" x", u"\n", u"\u00A0"}) {
+    EXPECT_EQ(MessageOf<COvInvalidParamException>([&] { context.SetIndentChars(bad); }),
+              u"IndentChars can only contain Whitespace characters, i.e. \\t or spaces");
+    EXPECT_EQ(context.GetIndentChars(), u"\t");
+  }
+  context.SetIndentChars(nullptr);
+  EXPECT_EQ(context.GetIndentChars(), u"");
+}
+
+}  // namespace
+}  // namespace OvXmlLib16
