@@ -84,7 +84,7 @@ void Report(const char* verb, const path& file, const auto& work) {
 
 int main(int argc, char** argv) {
   const path source = argc > 1 ? argv[1] : "/usr/share/mime/packages/freedesktop.org.xml";
-  const path folder = argc > 2 ? argv[2] : ".";
+  const path folder = argc > 2 ? path(argv[2]) : std::filesystem::current_path();
   std::cout.precision(3);
   CXmlObjectBase::Register(16, 1);
   try {

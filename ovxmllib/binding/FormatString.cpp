@@ -103,7 +103,7 @@ Piece FormatText(const Directive& d, const FormatArgument& argument) {
 void AppendArgument(WString& result, const Directive& d, const FormatArgument& argument) {
   switch (argument.kind) {
     case FormatKind::Real:
-      return Pad(result, d, FormatReal(d, argument.real), d.zero);
+      return Pad(result, d, FormatReal(d, argument.real), d.zero && std::isfinite(argument.real));
     case FormatKind::Text:
       return Pad(result, d, FormatText(d, argument), /*zeros=*/false);
     case FormatKind::Integer:

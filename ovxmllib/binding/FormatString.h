@@ -169,8 +169,13 @@ consteval void Check(WStringView format) {
 /// One argument of FormatString: a value with its kind. Text is not copied and must outlive the call.
 class OVXMLLIB_API FormatArgument {
  public:
+  /// A code unit, not a number that may be negative.
+  constexpr FormatArgument(char value) noexcept : FormatArgument(static_cast<unsigned char>(value)) {
+    kind = FormatKind::Character;
+  }
   template <class T>
-  requires(std::integral<T> || std::is_enum_v<T>) constexpr FormatArgument(T value) noexcept
+  requires((std::integral<T> && !std::is_same_v<T, char>) ||
+           std::is_enum_v<T>) constexpr FormatArgument(T value) noexcept
       : kind(format_detail::KindOf<T>()),
         isNegative(value < T{}),
         bytes(sizeof(T)),

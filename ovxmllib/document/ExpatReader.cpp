@@ -137,6 +137,7 @@ void CExpatReader::Open(const char* encoding) {
 }
 
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
+  NoteStart(data, length);
   do {
     const std::size_t piece = std::min(length, kPiece);
     const bool last = isFinal && piece == length;
@@ -149,10 +150,12 @@ void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isF
 unsigned char* CExpatReader::GetBuffer(std::size_t length) {
   void* buffer = XML_GetBuffer(m_parser, static_cast<int>(length));
   if (buffer == nullptr) throw std::bad_alloc();
-  return static_cast<unsigned char*>(buffer);
+  m_buffer = static_cast<unsigned char*>(buffer);
+  return m_buffer;
 }
 
 void CExpatReader::ParseBuffer(std::size_t length, bool isFinal) {
+  NoteStart(m_buffer, length);
   Check(XML_ParseBuffer(m_parser, static_cast<int>(length), isFinal) == XML_STATUS_OK);
 }
 
@@ -183,7 +186,24 @@ void CExpatReader::ThrowParserError(int error) {
 }
 
 void CExpatReader::SetPlaceOn(COvException& exception) const noexcept {
-  exception.SetPlace(XML_GetCurrentLineNumber(m_parser), XML_GetCurrentColumnNumber(m_parser) + 1);
+  const XML_Size line = XML_GetCurrentLineNumber(m_parser);
+  const XML_Size charactersBefore = XML_GetCurrentColumnNumber(m_parser);
+  const bool countsMark = line == 1 && charactersBefore > 0 && BeganWithByteOrderMark();
+  exception.SetPlace(line, charactersBefore + (countsMark ? 0 : 1));
+}
+
+// Keeps the first bytes, however they come.
+void CExpatReader::NoteStart(const unsigned char* data, std::size_t length) noexcept {
+  while (m_startLength < m_start.size() && length > 0) {
+    m_start[m_startLength++] = *data++;
+    --length;
+  }
+}
+
+// Expat counts the mark as a character of the first line; a reader of the message does not.
+bool CExpatReader::BeganWithByteOrderMark() const noexcept {
+  const std::string_view start(reinterpret_cast<const char*>(m_start.data()), m_startLength);
+  return start == "\xEF\xBB\xBF" || start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF");
 }
 
 }  // namespace OvXmlLib16

@@ -1,6 +1,7 @@
 // The binding of the Expat parser to the document model.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -55,12 +56,17 @@ class CExpatReader : public CInstanceMonitor {
   void Check(bool succeeded);
   [[noreturn]] void ThrowParserError(int error);
   void SetPlaceOn(COvException& exception) const noexcept;
+  void NoteStart(const unsigned char* data, std::size_t length) noexcept;
+  bool BeganWithByteOrderMark() const noexcept;
 
   DocumentTree& m_tree;
   const CSerializationContext& m_context;
-  XML_ParserStruct* m_parser = nullptr;  // owned
-  std::exception_ptr m_failure;          // what a handler could not let out
-  std::uint64_t m_defaultedBytes = 0;    // of attributes that no start tag has
+  XML_ParserStruct* m_parser = nullptr;    // owned
+  unsigned char* m_buffer = nullptr;       // the parser's, as GetBuffer gave it
+  std::exception_ptr m_failure;            // what a handler could not let out
+  std::uint64_t m_defaultedBytes = 0;      // of attributes that no start tag has
+  std::array<unsigned char, 3> m_start{};  // the first bytes of the input
+  std::size_t m_startLength = 0;
 };
 
 }  // namespace OvXmlLib16

@@ -40,8 +40,9 @@ OVXMLLIB_API void AsyncToXmlFile(bool on) noexcept;
 ///
 /// Every failure is a COvException. Text that is not well-formed gives the parser's message and line, as
 /// "mismatched tag at line 3", with GetLine and GetColumn on the exception. External entities are never read: a
-/// reference to one, like a reference to an entity that the internal subset does not declare, is an error and not a gap
-/// in the text.
+/// reference to one, like a reference in text to an entity that the internal subset does not declare, is an error and
+/// not a gap in the text. In the attribute values of a document with an external subset the parser passes over
+/// references to undeclared entities, and says nothing.
 class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
  public:
   /// Called on the parsing thread for each element at its end tag, when it is complete and still linked to its parent.

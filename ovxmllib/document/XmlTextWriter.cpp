@@ -209,13 +209,13 @@ void CXmlTextWriter::WriteText(WStringView text, ItemType) {
 // Sections go out as they are, what stands between and behind them escaped, and so does a marker that begins no
 // section: the output is well-formed for every text.
 void CXmlTextWriter::WriteTextWithSections(WStringView text) {
+  CheckCharacters(text);
   while (true) {
     const std::size_t start = text.find(kSectionStart);
     const std::size_t end = start == WStringView::npos ? start : text.find(kSectionEnd, start + kSectionStart.size());
     if (end == WStringView::npos) return WriteEscaped(*m_pStream, {}, text, {}, *m_textRules);
     WriteEscaped(*m_pStream, {}, text.substr(0, start), {}, *m_textRules);
     const WStringView section = text.substr(start, end + kSectionEnd.size() - start);
-    CheckCharacters(section);
     Write(section);
     text.remove_prefix(start + section.size());
   }

@@ -1,5 +1,6 @@
 #include "ovxmllib/foundation/Unicode.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -228,6 +229,9 @@ Progress ConvertToUtf8(WStringView text, unsigned char* out) noexcept {
   return {i, written()};
 }
 
+// Lossy conversion goes by pieces: making room for all that is left after each fault would take quadratic time.
+constexpr std::size_t kLossyPiece = 512;
+
 // Any text; kept out of line, so that the short plain texts of most elements do not pay for its registers.
 [[gnu::noinline]] std::size_t ConvertDroppingCr(const unsigned char* data, std::size_t length, WChar* out) noexcept {
   WChar* const start = out;
@@ -305,29 +309,36 @@ std::size_t FindUnwritable(WStringView text) noexcept {
 
 std::string ToUtf8Lossy(WStringView text) {
   std::string result;
-  while (true) {
+  while (!text.empty()) {
+    const WStringView piece = text.substr(0, kLossyPiece);
     const std::size_t before = result.size();
-    result.resize(before + text.size() * kMaxUtf8PerUnit);
-    const Progress done = WideToUtf8(text, reinterpret_cast<unsigned char*>(result.data()) + before);
+    result.resize(before + piece.size() * kMaxUtf8PerUnit);
+    const Progress done = WideToUtf8(piece, reinterpret_cast<unsigned char*>(result.data()) + before);
     result.resize(before + done.written);
-    if (done.read == text.size()) return result;
+    text.remove_prefix(done.read);
+    // What a piece has cut in two is whole in the next.
+    if (text.empty() || done.read == piece.size() || DecodePoint(text, 0).units != 0) continue;
     result += "\xEF\xBF\xBD";
-    text.remove_prefix(done.read + 1);
+    text.remove_prefix(1);
   }
+  return result;
 }
 
 WString ToWideLossy(std::string_view text) {
   WString result;
-  while (true) {
-    const std::size_t before = result.size();
-    result.resize(before + text.size());
+  while (!text.empty()) {
     const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-    const Progress done = Utf8ToWide(bytes, text.size(), result.data() + before);
+    const std::size_t length = std::min(text.size(), kLossyPiece);
+    const std::size_t before = result.size();
+    result.resize(before + length);
+    const Progress done = Utf8ToWide(bytes, length, result.data() + before);
     result.resize(before + done.written);
-    if (done.read == text.size()) return result;
+    text.remove_prefix(done.read);
+    if (done.read == length || DecodeSequence(bytes + done.read, text.size()).units != 0) continue;
     result += u'\uFFFD';
-    text.remove_prefix(done.read + 1);
+    text.remove_prefix(1);
   }
+  return result;
 }
 
 void ThrowUnwritable(WStringView text, std::size_t position, std::size_t before) {

@@ -70,14 +70,20 @@ TEST(AllocationFailure, LeaksNothingAndBreaksNothing) {
   EXPECT_TRUE(*object == *expected) << "an object can be read after a failure";
 }
 
-// What a document says once is not stored many times.
-TEST(AllocatedMemory, IsInProportionToTheInput) {
+std::size_t BytesAskedFor(const std::string& text, CXmlDocument::ElementComplete callback) {
+  const std::size_t before = test::g_bytesAsked;
+  CXmlDocument document(callback);
+  document.LoadXml(text.c_str());
+  return test::g_bytesAsked - before;
+}
+
+TEST(AllocatedMemory, IsInProportionToTheTree) {
   std::string names = "<p:a xmlns:p='" + std::string(100'000, 'u') + "'>";
   for (int i = 0; i < 2000; ++i) names += "<p:b" + std::to_string(i) + "/>";
-  const std::size_t before = test::g_bytesAsked;
-  CXmlDocument document;
-  document.LoadXml((names += "</p:a>").c_str());
-  EXPECT_LT(test::g_bytesAsked - before, 20 * names.size());
+  EXPECT_LT(BytesAskedFor(names + "</p:a>", nullptr), 20 * names.size()) << "a namespace is kept once";
+
+  const std::string children = "<a>" + test::Repeated("<b c='d'>text<e/></b>", 50'000) + "</a>";
+  EXPECT_LT(BytesAskedFor(children, [](CXmlElement*) { return true; }), 50'000u) << "what is dropped is used again";
 }
 
 }  // namespace

@@ -116,6 +116,7 @@ TEST_F(ThreadsInstanceMonitor, KeepsTheCountsOfThreadsThatEnded) {
 std::vector<WString> g_pieces;
 
 TEST(DebugTrace, SendsPiecesToTheListener) {
+  g_pieces.clear();
   const auto before = platform::SetDebugOutput([](WStringView piece) { g_pieces.emplace_back(piece); });
   DebugTrace(u"%s", WString(129, u'x'));
   DebugTrace(u"");

@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/support/AnyObject.h"
+#include "tests/support/Documents.h"
+#include "tests/support/SmallStack.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace OvXmlLib16 {
+namespace {
+
+using test::kMebi;
+using test::Loading;
+using test::OnSmallStack;
+using test::Outcome;
+using test::Repeated;
+
+constexpr std::size_t kMillion = 1'000'000;
+
+std::string WithAttributes(const std::string& prefix) {
+  std::string document = "<a xmlns:p='u'";
+  for (std::size_t i = 0; i < kMillion; ++i) document += " " + prefix + std::to_string(i) + "=''";
+  return document + "/>";
+}
+
+// Each entity refers `times` times to the one before; the last stands between `before` and `behind`.
+std::string WithEntities(std::size_t count, std::size_t times, const std::string& before, const std::string& behind) {
+  std::string document = "<!DOCTYPE a [<!ENTITY e0 'x'>";
+  for (std::size_t i = 1; i < count; ++i) {
+    document += "<!ENTITY e" + std::to_string(i) + " '" + Repeated("&e" + std::to_string(i - 1) + ";", times) + "'>";
+  }
+  return document + "]>\n" + before + "&e" + std::to_string(count - 1) + ";" + behind;
+}
+
+struct Case {
+  const char* name;
+  std::string (*document)();
+  WStringView outcome;
+};
+void PrintTo(const Case& parameter, std::ostream* out) { *out << parameter.name; }
+
+class HostileInput : public testing::TestWithParam<Case> {};
+
+TEST_P(HostileInput, EndsSoonOnASmallStack) {
+  CSerializationContext context;
+  context.SetMaxDecompressedBytes(16 * kMebi);
+  const std::string document = GetParam().document();
+  WString outcome;
+  OnSmallStack([&] { outcome = Outcome(Loading(document), context); });
+  EXPECT_EQ(outcome.substr(0, GetParam().outcome.size()), GetParam().outcome);
+}
+
+constexpr WStringView kTooManyAttributes =
+    u"An element has more than 10000 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit.";
+constexpr WStringView kTooMuchExpansion = u"limit on input amplification factor (from DTD and entities) breached at ";
+// A chain of entities multiplies nothing. What it could exhaust is the stack.
+const Case kCases[] = {
+    {"Depth", [] { return Repeated("<a>", kMillion); },
+     u"The elements are nested deeper than 1000 levels. CSerializationContext::SetMaxElementDepth sets this limit. "
+     u"@1:3001"},
+    {"Attributes", [] { return WithAttributes("b"); }, kTooManyAttributes},
+    {"QualifiedAttributes", [] { return WithAttributes("p:b"); }, kTooManyAttributes},
+    {"ExponentialText", [] { return WithEntities(20, 10, "<a>", "</a>"); }, kTooMuchExpansion},
+    {"ExponentialAttribute", [] { return WithEntities(20, 10, "<a b='", "'/>"); }, kTooMuchExpansion},
+    {"Quadratic",
+     [] {
+       return "<!DOCTYPE a [<!ENTITY e '" + std::string(100'000, 'x') + "'>]><a>" + Repeated("&e;", 100'000) + "</a>";
+     },
+     kTooMuchExpansion},
+    {"Defaults",
+     [] {
+       std::string document = "<!DOCTYPE a [<!ATTLIST b";
+       for (int i = 0; i < 2000; ++i) document += " c" + std::to_string(i) + " CDATA ''";
+       return document + ">]><a>" + Repeated("<b/>", 20'000) + "</a>";
+     },
+     u"The default values of attributes multiply the document more than a hundredfold. @1:"},
+    {"Chain", [] { return WithEntities(10'000, 1, "<a>", "</a>"); }, u"a'x'"},
+    {"LongChain", [] { return WithEntities(kMillion, 1, "<a>", "</a>"); }, u"a'x'"},
+    {"LongChainInAttribute", [] { return WithEntities(kMillion, 1, "<a b='", "'/>"); }, u"a[b=x]"},
+    {"GZipBomb", [] { return Repeated(test::Packed(std::string(16 * kMebi, ' '), CompressionType_GZip), 64); },
+     u"The input expands to more than the 16777216 bytes that CSerializationContext::SetMaxDecompressedBytes allows."}};
+INSTANTIATE_TEST_SUITE_P(Of, HostileInput, testing::ValuesIn(kCases),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(CutInput, FailsAtEveryByte) {
+  const std::string plain = ToUtf8(test::kSample);
+  for (const std::string& bytes : {plain, test::Utf16(test::kSample), test::Packed(plain, CompressionType_GZip)}) {
+    for (const auto callback : {CXmlDocument::ElementComplete(), +[](CXmlElement*) { return true; }}) {
+      OnSmallStack([&] {
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
+          CXmlDocument document(callback);
+          EXPECT_THROW(Loading(bytes.substr(0, length))(document), COvException) << length;
+        }
+        EXPECT_EQ(Outcome(Loading(bytes), {}, callback), callback == nullptr ? test::kSampleTree : u"{urn:s}r'\nvw'");
+      });
+    }
+  }
+}
+
+TEST(DeepInput, IsBoundAndWrittenAtTheLimit) {
+  const std::string document = Repeated("<a>", 999) + "<a/>" + Repeated("</a>", 999);
+  WString written;
+  const auto roundTrip = [&] {
+    CSmartPtr<test::AnyObject> object(new test::AnyObject);
+    object->FromXml(document.c_str());
+    written = object->ToXml(/*header=*/false, /*formatted=*/false);
+  };
+  OnSmallStack(roundTrip, test::kBindingStack);
+  EXPECT_EQ(written, ToWide(document));
+}
+
+TEST(DeepInput, IsReadAndDestroyedWithoutALimit) {
+  CSerializationContext context;
+  context.SetMaxElementDepth(0);
+  const std::string document = Repeated("<a b=''>", kMillion) + Repeated("</a>", kMillion);
+  CInstanceMonitor::Cleanup();
+  OnSmallStack([&] {
+    CXmlDocument read(context);
+    Loading(document)(read);
+    read.GetDocumentElement()->GetText();  // makes destruction look at each element
+  });
+  EXPECT_EQ(test::MonitorLines(u" CXmlElement "), u"    CXmlElement = 0/1000000");
+}
+
+// To open the pipe would wait for a writer for ever.
+TEST(ExternalEntities, AreNotOpened) {
+  const test::TemporaryFolder folder;
+  const std::string pipe = (folder / "pipe").string(), declared = "'" + pipe + "'>";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const std::pair<std::string, WStringView> cases[] = {
+      {"<!DOCTYPE a SYSTEM " + declared + "<a/>", u"a"},
+      {"<!DOCTYPE a [<!ENTITY % p SYSTEM " + declared + "%p;]><a/>", u"a"},
+      {"<!DOCTYPE a [<!ENTITY e SYSTEM " + declared + "]>\n<a>&e;</a>",
+       u"error in processing external entity reference at line 2 @2:4"},
+      {"<!DOCTYPE a [<!ENTITY e SYSTEM " + declared + "]>\n<a b='&e;'/>",
+       u"reference to external entity in attribute at line 2 @2:7"}};
+  for (const auto& [document, outcome] : cases) EXPECT_EQ(Outcome(Loading(document)), outcome) << document;
+}
+
+TEST(Limits, HoldExactly) {
+  const auto packed = [](std::size_t blanks) {
+    return test::Packed("<a>" + std::string(blanks, ' ') + "</a>", CompressionType_ZLib);
+  };
+  const struct {
+    void (*set)(CSerializationContext&);
+    std::string within, beyond;
+    WStringView outcome;
+  } cases[] = {
+      {[](CSerializationContext& c) { c.SetMaxElementDepth(2); }, "<a><b/><b/></a>", "<a>\n<b><c/></b></a>",
+       u"The elements are nested deeper than 2 levels. CSerializationContext::SetMaxElementDepth sets this limit. "
+       u"@2:4"},
+      {[](CSerializationContext& c) { c.SetMaxAttributesPerElement(1); }, "<a b=''><b c=''/></a>",
+       "<a><b c='' d=''/></a>",
+       u"An element has more than 1 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit.\n"
+       u"Path: /a/b @1:4"},
+      {[](CSerializationContext& c) { c.SetMaxNameLength(3); }, "<p:abc xmlns:p='long' p:abc=''/>",
+       "<abc>\n<abcd/></abc>",
+       u"A name is longer than 3 characters. CSerializationContext::SetMaxNameLength sets this limit. @2:1"},
+      {[](CSerializationContext& c) { c.SetMaxNameLength(3); }, "<a><abc/><abc/></a>", "<a abcd=''/>",
+       u"A name is longer than 3 characters. CSerializationContext::SetMaxNameLength sets this limit. @1:1"},
+      {[](CSerializationContext& c) { c.SetMaxTextLength(3); }, "<a>a&#13;\xF0\x9F\x98\x80</a>",
+       "<a><b/>ab<b>c</b>\ncd</a>",
+       u"A text is longer than 3 characters. CSerializationContext::SetMaxTextLength sets this limit.\nPath: /a @2:1"},
+      {[](CSerializationContext& c) { c.SetMaxTextLength(3); }, "<a b='abc' c='abc'/>", "<a b='abcd'/>",
+       u"A text is longer than 3 characters. CSerializationContext::SetMaxTextLength sets this limit.\nPath: /a @1:1"},
+      {[](CSerializationContext& c) { c.SetMaxInputBytes(7); }, "<a></a>", "<a></a>\n",
+       u"The document is longer than 7 bytes. CSerializationContext::SetMaxInputBytes sets this limit. @0:0"},
+      {[](CSerializationContext& c) { c.SetMaxDecompressedBytes(100); }, packed(93), packed(94),
+       u"The input expands to more than the 100 bytes that CSerializationContext::SetMaxDecompressedBytes allows. "
+       u"@0:0"},
+      {[](CSerializationContext& c) { c.SetAllowDoctype(false); }, "<a/>", "<!--\n--><!DOCTYPE a><a/>",
+       u"The document has a DOCTYPE. CSerializationContext::SetAllowDoctype sets this limit. @2:15"},
+  };
+  for (const auto& [set, within, beyond, outcome] : cases) {
+    CSerializationContext context;
+    set(context);
+    EXPECT_TRUE(Outcome(Loading(within), context).starts_with(u'a') || within[1] == 'p') << within;
+    EXPECT_EQ(Outcome(Loading(beyond), context), outcome);
+  }
+  CSerializationContext sevenBytes;
+  sevenBytes.SetMaxInputBytes(7);
+  EXPECT_EQ(Outcome([](CXmlDocument& d) { d.LoadXml(u"<a/>"); }, sevenBytes), cases[6].outcome);
+}
+
+}  // namespace
+}  // namespace OvXmlLib16
