@@ -3,6 +3,7 @@
 #include <ostream>
 #include <utility>
 
+#include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/foundation/Unicode.h"
 
 namespace OvXmlLib16 {
@@ -79,9 +80,13 @@ COvOverFlowException::COvOverFlowException(const COvException& other) : COvExcep
 COvException* COvOverFlowException::Clone() const { return new COvOverFlowException(*this); }
 
 std::ostream& operator<<(std::ostream& out, const COvException& exception) {
-  out << unicode::ToUtf8Lossy(exception.GetFullMessage());
-  if (exception.GetLine() != 0) out << " (line " << exception.GetLine() << ", column " << exception.GetColumn() << ')';
-  return out;
+  const WString message = exception.GetFullMessage();
+  out << unicode::ToUtf8Lossy(message);
+  if (exception.GetLine() == 0) return out;
+  // The parser's messages end in the line.
+  const bool tellsLine = message.ends_with(FormatString(u" at line %d", exception.GetLine()));
+  if (tellsLine) return out << ", column " << exception.GetColumn();
+  return out << " (line " << exception.GetLine() << ", column " << exception.GetColumn() << ')';
 }
 
 }  // namespace OvXmlLib16

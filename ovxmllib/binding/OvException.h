@@ -140,7 +140,8 @@ class OVXMLLIB_API COvOverFlowException : public COvException {
   COvException* Clone() const override;
 };
 
-/// Prints the full message in UTF-8, and the place where one is known, as " (line L, column C)".
+/// Prints the full message in UTF-8, and the place where one is known, as " (line L, column C)", or ", column C" behind
+/// a message that ends in the line.
 OVXMLLIB_API std::ostream& operator<<(std::ostream& out, const COvException& exception);
 
 }  // namespace OvXmlLib16

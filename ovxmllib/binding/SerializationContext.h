@@ -24,13 +24,12 @@ class OVXMLLIB_API CSerializationContext {
   /// The context that is used where none is given. Change it before threads start, if at all.
   static CSerializationContext& GetDefaultContext() noexcept { return m_defaultContext; }
 
+  // The next three are written by the root object, which a generated class does; a class written by hand passes them to
+  // its writer itself.
+
   /// The default namespace that is declared on the root element of output; empty for none.
   WString GetDefaultNamespaceURI() const { return m_strDefaultNamespaceURI; }
   void SetDefaultNamespaceURI(const WChar* uri) { m_strDefaultNamespaceURI = ViewOf(uri); }
-
-  /// Whether `xsi:type` may be written for an object of a derived class. Default true.
-  bool GetWriteTypeAttribute() const noexcept { return m_bWriteTypeAttribute; }
-  void SetWriteTypeAttribute(bool write) noexcept { m_bWriteTypeAttribute = write; }
 
   /// Written ahead of the root element, each as it stands, delimiters included (`<?pi data?>`); not checked.
   const std::vector<WString>& GetProcessingInstructions() const noexcept { return m_processingInstructions; }
@@ -39,6 +38,10 @@ class OVXMLLIB_API CSerializationContext {
   /// Written as it stands behind the attributes of the root element, inside its start tag; not checked.
   WString GetInLineSchema() const { return m_strInLineSchema; }
   void SetInLineSchema(const WChar* text) { m_strInLineSchema = ViewOf(text); }
+
+  /// Whether `xsi:type` may be written for an object of a derived class. Default true.
+  bool GetWriteTypeAttribute() const noexcept { return m_bWriteTypeAttribute; }
+  void SetWriteTypeAttribute(bool write) noexcept { m_bWriteTypeAttribute = write; }
 
   /// Whether the bounds of collections go untested, on reading and writing. Default false.
   bool GetIgnoreInvalidCollectionCounts() const noexcept { return m_bIgnoreInvalidCollectionCounts; }
@@ -106,7 +109,8 @@ class OVXMLLIB_API CSerializationContext {
   std::size_t GetMaxNameLength() const noexcept { return m_maxNameLength; }
   void SetMaxNameLength(std::size_t units) noexcept { m_maxNameLength = units; }
 
-  /// How long the text of one element or the value of one attribute may be, in UTF-16 code units. Default 0.
+  /// How long the text of one element or the value of one attribute may be, in UTF-16 code units. The white space
+  /// between child elements is text of their parent, and stays when a callback drops the children. Default 0.
   std::size_t GetMaxTextLength() const noexcept { return m_maxTextLength; }
   void SetMaxTextLength(std::size_t units) noexcept { m_maxTextLength = units; }
 

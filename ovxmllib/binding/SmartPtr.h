@@ -8,7 +8,8 @@ namespace OvXmlLib16 {
 
 /// Shares a bound object: each pointer holds one reference (AddRef), the last one to go deletes the object (Release).
 /// A new object has no reference and so belongs to the first CSmartPtr that takes it. T is CXmlObjectBase or derived.
-/// One CSmartPtr belongs to one thread at a time; the count of the object is atomic.
+/// One CSmartPtr belongs to one thread at a time; the count of the object is atomic. Comparing pointers compares which
+/// objects they hold, not what the objects are.
 template <class T>
 class CSmartPtr {
  public:

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string_view>
 
 #include "ovxmllib/binding/Enumerations.h"
 #include "ovxmllib/binding/EventSink.h"
@@ -24,7 +25,8 @@ class CXmlWriter;
 /// A descendant supplies GetBase, GetTargetNamespace, GetNamespace, ToXml_Int and FromXml_Int. The entry points From...
 /// build a document, let it parse the input and hand its tree to FromXml_Int; the entry points To... build a writer and
 /// hand it to ToXml_Int. An object can be read several times. After a failed read it is left as far as the read came,
-/// and can be read again or destroyed.
+/// and can be read again or destroyed. An override of an operation hides those of the same name that it does not
+/// override: inside a descendant, call them as `CXmlObjectBase::FromXml_Int(child, ...)`.
 ///
 /// Life: an object is made with new and with no reference, belongs to the first CSmartPtr that takes it, and is deleted
 /// by the last Release. References may be dropped on any thread; all else on an object is for one thread at a time.
@@ -101,6 +103,9 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                  CompressionType compression = CompressionType_None) const;
   void FromXmlFile(const std::filesystem::path& file,
                    const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// FromXml for text that need not be terminated.
+  void FromXml(std::string_view text,
+               const CSerializationContext& context = CSerializationContext::GetDefaultContext());
 
   /// Takes a reference; returns the new count.
   long AddRef() noexcept;

@@ -33,12 +33,13 @@ CInstanceMonitor::ClassType& CXmlDocument::Record() {
   return record;
 }
 
-void CXmlDocument::LoadXml(const char* text) {
+void CXmlDocument::LoadXml(const char* text) { LoadXml(text == nullptr ? std::string_view() : std::string_view(text)); }
+
+void CXmlDocument::LoadXml(std::string_view text) {
   Cleanup();
-  const std::string_view view = text == nullptr ? std::string_view() : text;
-  if (view.empty()) throw COvException(u"XML String is empty!");
-  CheckInputLength(view.size());
-  ParseText(Bytes(view.data()), view.size());
+  if (text.empty()) throw COvException(u"XML String is empty!");
+  CheckInputLength(text.size());
+  ParseText(Bytes(text.data()), text.size());
 }
 
 void CXmlDocument::LoadXml(const WChar* text) {

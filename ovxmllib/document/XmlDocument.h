@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 #include "ovxmllib/binding/Export.h"
 #include "ovxmllib/binding/SerializationContext.h"
@@ -48,8 +49,10 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   /// Called on the parsing thread for each element at its end tag, when it is complete and still linked to its parent.
   /// True drops the element with all its descendants: it leaves the tree and its memory serves the elements to come. So
   /// a document of any size can be read in the memory of one branch. For the document element the answer is
-  /// ignored. Of an element that stays, only its text grows while its children are dropped: white space between
-  /// them, too. An exception thrown here ends the load and reaches the caller of Load... unchanged.
+  /// ignored. Parts come before the whole: an element that needs its children must not have them dropped. Of an element
+  /// that stays, the text grows while its children are dropped, by 2 to 8 bytes for each character of white space
+  /// between them; documents that are to be read so are best written unformatted. CXmlObjectBase::FromXmlElement may be
+  /// called here. An exception thrown here ends the load and reaches the caller of Load... unchanged.
   using ElementComplete = bool (*)(CXmlElement*);
 
   /// A document on the default context.
@@ -68,8 +71,9 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   void Load(const WChar* path) { Load(PathOf(path)); }
   void Load(const std::filesystem::path& path);
 
-  /// Parses terminated text in the encoding that it declares, UTF-8 by default.
+  /// Parses text in the encoding that it declares, UTF-8 by default. A null pointer counts as empty, which throws.
   void LoadXml(const char* text);
+  void LoadXml(std::string_view text);
   /// Parses terminated UTF-16 text, whatever encoding it declares.
   void LoadXml(const WChar* text);
   /// Parses bytes: XML text in the encoding that it declares or shows by a byte order mark, or the same in a gzip or

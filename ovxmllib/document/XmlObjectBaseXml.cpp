@@ -41,6 +41,10 @@ void CXmlObjectBase::FromXml(const char* text, const CSerializationContext& cont
   ReadDocument(context, [&](CXmlDocument& document) { document.LoadXml(text); });
 }
 
+void CXmlObjectBase::FromXml(std::string_view text, const CSerializationContext& context) {
+  ReadDocument(context, [&](CXmlDocument& document) { document.LoadXml(text); });
+}
+
 void CXmlObjectBase::FromXmlStream(const CBinaryData& data, const CSerializationContext& context) {
   FromXmlStream(data.GetData(), data.GetLength(), context);
 }

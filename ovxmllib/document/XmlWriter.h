@@ -45,7 +45,8 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   virtual void WriteProcessingInstruction(WStringView text) = 0;
   /// Writes `text` unchecked into the start tag that is open.
   virtual void WriteInlineSchema(WStringView text) = 0;
-  /// Starts an element. `ns` is empty for none.
+  /// Starts an element. `ns` is empty for none; inside a default namespace an element without one cannot be written and
+  /// reads back as one of that namespace.
   virtual void StartElement(WStringView name, WStringView ns) = 0;
   /// Writes character data; an empty text writes nothing. `type` tells formats with typed values what it prints.
   virtual void WriteText(WStringView text, ItemType type) = 0;

@@ -174,7 +174,7 @@ TEST(Limits, HoldExactly) {
   for (const auto& [set, within, beyond, outcome] : cases) {
     CSerializationContext context;
     set(context);
-    EXPECT_TRUE(Outcome(Loading(within), context).starts_with(u'a') || within[1] == 'p') << within;
+    EXPECT_EQ(Outcome(Loading(within), context).find(u'@'), WString::npos) << within;
     EXPECT_EQ(Outcome(Loading(beyond), context), outcome);
   }
   CSerializationContext sevenBytes;
