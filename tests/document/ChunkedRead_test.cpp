@@ -67,7 +67,7 @@ TEST_F(ChunkedRead, HasABorderAtEveryPosition) {
   const path file = m_folder / "f";
   for (const std::string& bytes :
        {sample, test::Utf16(test::kSample), test::Utf16(test::kSample, /*bigEndian=*/true), "\xEF\xBB\xBF" + sample,
-        sample.substr(0, sample.find("\xBC</s:i>")), sample + "<b/>", "\xEF\xBB\xBF<a></b>",
+        sample.substr(0, sample.find("\xBC</s:i>")), sample + "<b/>", std::string("\xEF\xBB\xBF<a></b>"),
         sample.substr(0, sample.size() - 9) + "\xFF"}) {
     WriteFile(file, bytes);
     const WString whole = Read(/*inChunks=*/false, file, keepingSections);
