@@ -65,6 +65,8 @@ void CheckAnyData(Bytes data, const Options& options) {
   const Expansion whole = Expand(data);
   Require(ExpandInPieces(data, options.piece) == whole, "pieces make no difference");
   CheckLimit(data, whole, options.limit);
+  constexpr std::size_t kLeastWrapped = 8;  // RFC 1950
+  Require(!whole || data.size() >= kLeastWrapped, "half a wrapper holds nothing");
   constexpr std::size_t kLargest = 0x40000;  // keeps the target fast
   if (!whole || whole->GetLength() > kLargest) return;
   CheckLimit(data, whole, whole->GetLength());
