@@ -150,6 +150,7 @@ TEST(XmlObjectBase, MatchesNamespaceListsAsSpecified) {
       {u"##targetNamespace u", u"t", {u"t", u"u", u""}, {u"x", u"##targetNamespace"}},
       {u"##targetNamespace", u"t", {u"t"}, {u""}},
       {u"##targetNamespace", u"", {u""}, {u"x"}},
+      {u"##targetNamespace ", u"t", {u"t", u""}, {u"x"}},
       {u"u v", u"t", {u"u", u"v", u""}, {u"t", u"u v"}},
       {u"", u"t", {u""}, {u"t"}},
       {u"u ##any", u"t", {u"x"}, {}},

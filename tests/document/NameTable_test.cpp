@@ -17,7 +17,7 @@ TEST(NameTable, KeepsEachNameOnce) {
     std::vector<const ExpandedName*> known(1000);
     for (int i = 0; i < 20'000; ++i) {
       const auto index = random() % known.size();
-      const std::string local = "n" + std::to_string(index / 3) + std::string(index % 50, 'x');
+      const std::string local = "n" + std::to_string(index / 3) + std::string(index / 3 % 50, 'x');
       const std::string uri = "urn:" + std::to_string(index % 3);
       const ExpandedName& name = names.Intern(index % 3 == 0 ? local : uri + "|" + local, 0);
       if (known[index] == nullptr) known[index] = &name;
