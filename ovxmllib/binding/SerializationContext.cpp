@@ -40,6 +40,7 @@ void CSerializationContext::SetUntrustedInput() noexcept {
   m_maxElementDepth = 256;
   m_maxAttributesPerElement = 256;
   m_maxNameLength = 1024;
+  m_maxNamespaceLength = 1024;
   m_maxTextLength = 16 * kMebi;
   m_maxInputBytes = 64 * kMebi;
   m_maxDecompressedBytes = 256 * kMebi;

@@ -101,13 +101,19 @@ class OVXMLLIB_API CSerializationContext {
   std::size_t GetMaxElementDepth() const noexcept { return m_maxElementDepth; }
   void SetMaxElementDepth(std::size_t depth) noexcept { m_maxElementDepth = depth; }
 
-  /// How many attributes an element may have. Default 10,000.
+  /// How many attributes an element may have, namespace declarations counted. Default 10,000. A start tag of many
+  /// thousand attributes is refused before it is read to its end.
   std::size_t GetMaxAttributesPerElement() const noexcept { return m_maxAttributesPerElement; }
   void SetMaxAttributesPerElement(std::size_t count) noexcept { m_maxAttributesPerElement = count; }
 
   /// How long a name may be, in UTF-16 code units, its namespace URI not counted. Default 0.
   std::size_t GetMaxNameLength() const noexcept { return m_maxNameLength; }
   void SetMaxNameLength(std::size_t units) noexcept { m_maxNameLength = units; }
+
+  /// How long a namespace URI may be, in UTF-16 code units. Each name in the namespace costs time in proportion to it.
+  /// Default 8,000, the length that every HTTP recipient should support (RFC 9110, section 4.1).
+  std::size_t GetMaxNamespaceLength() const noexcept { return m_maxNamespaceLength; }
+  void SetMaxNamespaceLength(std::size_t units) noexcept { m_maxNamespaceLength = units; }
 
   /// How long the text of one element or the value of one attribute may be, in UTF-16 code units. The white space
   /// between child elements is text of their parent, and stays when a callback drops the children. Default 0.
@@ -126,8 +132,8 @@ class OVXMLLIB_API CSerializationContext {
   bool GetAllowDoctype() const noexcept { return m_bAllowDoctype; }
   void SetAllowDoctype(bool allow) noexcept { m_bAllowDoctype = allow; }
 
-  /// Sets every limit for documents that come from strangers: depth 256, 256 attributes an element, names of 1,024 and
-  /// texts of 16 Mi code units, 64 MiB of input, 256 MiB decompressed, no DOCTYPE. Each can be changed afterwards.
+  /// Sets every limit for documents that come from strangers: depth 256, 256 attributes an element, names and
+  /// namespaces of 1,024 and texts of 16 Mi code units, 64 MiB of input, 256 MiB decompressed, no DOCTYPE. Each can be changed afterwards.
   void SetUntrustedInput() noexcept;
 
  private:
@@ -152,6 +158,7 @@ class OVXMLLIB_API CSerializationContext {
   std::size_t m_maxElementDepth = 1'000;
   std::size_t m_maxAttributesPerElement = 10'000;
   std::size_t m_maxNameLength = 0;
+  std::size_t m_maxNamespaceLength = 8'000;
   std::size_t m_maxTextLength = 0;
   std::uint64_t m_maxInputBytes = 0;
   std::uint64_t m_maxDecompressedBytes = 0;

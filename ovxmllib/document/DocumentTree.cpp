@@ -27,13 +27,17 @@ CXmlElement* NextInSubtree(CXmlElement* element, const CXmlElement* root) {
 
 DocumentTree::DocumentTree(const CXmlDocument& owner, CXmlDocument::ElementComplete callback,
                            const CSerializationContext& context)
-    : m_owner(owner), m_callback(callback), m_context(context), m_maxTextLength(context.GetMaxTextLength()) {}
+    : m_owner(owner),
+      m_callback(callback),
+      m_context(context),
+      m_maxAttributes(context.GetMaxAttributesPerElement()),
+      m_maxTextLength(context.GetMaxTextLength()) {}
 
 void DocumentTree::Clear() noexcept {
   if (m_documentElement != nullptr) DropMade(m_documentElement);
   CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements));
   CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes));
-  m_elements = m_attributes = m_attributesOfOpen = 0;
+  m_elements = m_attributes = m_attributesOfOpen = m_declarations = 0;
   m_documentElement = nullptr;
   m_open.clear();
   m_namespaces.clear();
@@ -61,18 +65,12 @@ void DocumentTree::StartElement(std::string_view name) {
     opened.previousSibling = std::exchange(above.lastChild, opened.element);
   }
   m_open.push_back(opened);
-  m_attributesOfOpen = 0;
+  m_attributesOfOpen = std::exchange(m_declarations, 0);
 }
 
 void DocumentTree::AddAttribute(std::string_view name, std::string_view value) {
   OpenElement& open = m_open.back();
-  const std::size_t limit = m_context.GetMaxAttributesPerElement();
-  if (limit != 0 && m_attributesOfOpen >= limit) {
-    throw COvException(FormatString(u"An element has more than %d attributes. "
-                                    u"CSerializationContext::SetMaxAttributesPerElement sets this limit.",
-                                    limit),
-                       open.element->GetXPath());
-  }
+  CheckAttributeCount(m_attributesOfOpen);
   const ExpandedName& expanded = m_names.Intern(name, m_context.GetMaxNameLength());
   auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, expanded);
   ++m_attributes;
@@ -107,6 +105,13 @@ void DocumentTree::ReserveText(OpenElement& open, std::size_t units) {
   open.textCapacity = std::max(units, 2 * open.textCapacity);
   open.text = static_cast<WChar*>(m_pool.Allocate(open.textCapacity * kUnit));
   if (!text.empty()) std::memcpy(open.text, text.data(), text.size() * kUnit);
+}
+
+void DocumentTree::ThrowTooManyAttributes() const {
+  throw COvException(
+      FormatString(u"An element has more than %d attributes. "
+                   u"CSerializationContext::SetMaxAttributesPerElement sets this limit.",
+                   m_maxAttributes));
 }
 
 void DocumentTree::ThrowTextTooLong() const {
@@ -144,7 +149,17 @@ void DocumentTree::DropMade(CXmlElement* root) noexcept {
 }
 
 void DocumentTree::DeclareNamespace(std::string_view alias, std::string_view uri) {
-  m_namespaces.insert_or_assign(ToWide(alias), ToWide(uri));
+  CheckAttributeCount(m_declarations);
+  ++m_declarations;
+  WString wideUri = ToWide(uri);
+  const std::size_t limit = m_context.GetMaxNamespaceLength();
+  if (limit != 0 && wideUri.size() > limit) {
+    throw COvException(
+        FormatString(u"A namespace URI is longer than %d characters. "
+                     u"CSerializationContext::SetMaxNamespaceLength sets this limit.",
+                     limit));
+  }
+  m_namespaces.insert_or_assign(ToWide(alias), std::move(wideUri));
 }
 
 const WString* DocumentTree::FindNamespace(WStringView alias) const {

@@ -40,8 +40,12 @@ class DocumentTree {
   /// Ends the open element, asks the callback, and drops the element if it says so. Passes on what the callback throws.
   void EndElement();
 
-  /// Maps an alias to a namespace from now on.
+  /// Maps an alias to a namespace from now on; a declaration of the element that is opened next. Throws COvException
+  /// beyond the limits on namespaces and attributes.
   void DeclareNamespace(std::string_view alias, std::string_view uri);
+
+  /// What the limit on attributes throws, for a reader that sees early that an element has too many.
+  [[noreturn]] void ThrowTooManyAttributes() const;
 
   CXmlElement* GetDocumentElement() const noexcept { return m_documentElement; }
   const WString* FindNamespace(WStringView alias) const;
@@ -73,6 +77,9 @@ class DocumentTree {
   void Drop(const OpenElement& ended) noexcept;
   void DropMade(CXmlElement* root) noexcept;
   void ReserveText(OpenElement& open, std::size_t units);
+  void CheckAttributeCount(std::size_t before) const {
+    if (before >= m_maxAttributes && m_maxAttributes != 0) ThrowTooManyAttributes();
+  }
   void CheckTextLength(std::size_t units) const {
     if (units > m_maxTextLength && m_maxTextLength != 0) ThrowTextTooLong();
   }
@@ -81,6 +88,7 @@ class DocumentTree {
   const CXmlDocument& m_owner;
   const CXmlDocument::ElementComplete m_callback;
   const CSerializationContext& m_context;
+  const std::size_t m_maxAttributes;
   const std::size_t m_maxTextLength;
 
   NodePool m_pool;
@@ -90,7 +98,8 @@ class DocumentTree {
   CXmlElement* m_documentElement = nullptr;              // in the pool
   std::size_t m_elements = 0;                            // in the tree
   std::size_t m_attributes = 0;                          // in the tree
-  std::size_t m_attributesOfOpen = 0;                    // of the element opened last
+  std::size_t m_attributesOfOpen = 0;                    // of the element opened last, its declarations counted
+  std::size_t m_declarations = 0;                        // of the element to be opened next
   std::atomic<bool> m_anyMade = false;
 };
 

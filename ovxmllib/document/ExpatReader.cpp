@@ -16,6 +16,8 @@ namespace {
 // over it once more to count lines, which costs a tenth of the parsing; so most documents are one piece.
 constexpr std::size_t kPiece = 16 * 1024 * 1024;
 
+constexpr std::size_t kMaxPiece = 1024 * 1024 * 1024;  // Expat counts in int
+
 constexpr XML_Char kNamespaceSeparator = '|';
 
 std::string_view ViewOf(const XML_Char* text) { return text == nullptr ? std::string_view() : std::string_view(text); }
@@ -75,7 +77,7 @@ struct CExpatReader::Handlers {
 
   static void OnStartNamespace(void* userData, const XML_Char* alias, const XML_Char* uri) noexcept {
     CExpatReader& self = Self(userData);
-    self.Guarded([&] { self.m_tree.DeclareNamespace(ViewOf(alias), ViewOf(uri)); });
+    self.Guarded([&] { self.Limited([&] { self.m_tree.DeclareNamespace(ViewOf(alias), ViewOf(uri)); }); });
   }
 
   static void OnDoctype(void* userData, const XML_Char*, const XML_Char*, const XML_Char*, int) noexcept {
@@ -85,6 +87,12 @@ struct CExpatReader::Handlers {
         throw COvException(u"The document has a DOCTYPE. CSerializationContext::SetAllowDoctype sets this limit.");
       });
     });
+  }
+
+  static void OnEntityDeclaration(void* userData, const XML_Char*, int, const XML_Char*, int, const XML_Char*,
+                                  const XML_Char*, const XML_Char*, const XML_Char*) noexcept {
+    CExpatReader& self = Self(userData);
+    self.Guarded([&] { self.Limited([&] { self.CountEntity(); }); });
   }
 
   // Decided: a reference that would leave a gap in the text is an error, see docs/decisions.md. Expat's own messages
@@ -106,7 +114,7 @@ struct CExpatReader::Handlers {
 };
 
 CExpatReader::CExpatReader(DocumentTree& tree, const CSerializationContext& context)
-    : CInstanceMonitor(Record()), m_tree(tree), m_context(context) {}
+    : CInstanceMonitor(Record()), m_tree(tree), m_context(context), m_longTags(context.GetMaxAttributesPerElement()) {}
 
 CExpatReader::~CExpatReader() {
   if (m_parser != nullptr) XML_ParserFree(m_parser);
@@ -130,6 +138,7 @@ void CExpatReader::Open(const char* encoding) {
   XML_SetStartNamespaceDeclHandler(m_parser, &Handlers::OnStartNamespace);
   XML_SetExternalEntityRefHandler(m_parser, &Handlers::OnExternalEntity);
   XML_SetSkippedEntityHandler(m_parser, &Handlers::OnSkippedEntity);
+  XML_SetEntityDeclHandler(m_parser, &Handlers::OnEntityDeclaration);
   if (!m_context.GetStripCDATA()) {
     XML_SetCdataSectionHandler(m_parser, &Handlers::OnStartCData, &Handlers::OnEndCData);
   }
@@ -139,9 +148,11 @@ void CExpatReader::Open(const char* encoding) {
 void CExpatReader::Parse(const unsigned char* data, std::size_t length, bool isFinal) {
   NoteStart(data, length);
   do {
-    const std::size_t piece = std::min(length, kPiece);
+    const std::size_t whole = std::min(length, kPiece);
+    const std::size_t piece = LooksForLongTags() ? std::min(m_longTags.Find(data, whole, length), kMaxPiece) : whole;
     const bool last = isFinal && piece == length;
     Check(XML_Parse(m_parser, reinterpret_cast<const char*>(data), static_cast<int>(piece), last) == XML_STATUS_OK);
+    if (piece != whole) RefuseLongTag();
     data += piece;
     length -= piece;
   } while (length != 0);
@@ -157,6 +168,27 @@ unsigned char* CExpatReader::GetBuffer(std::size_t length) {
 void CExpatReader::ParseBuffer(std::size_t length, bool isFinal) {
   NoteStart(m_buffer, length);
   Check(XML_ParseBuffer(m_parser, static_cast<int>(length), isFinal) == XML_STATUS_OK);
+  if (isFinal || !LooksForLongTags()) return;
+  // What is unfinished is looked at each time that it has doubled.
+  const std::size_t unfinished = Unfinished().size();
+  if (unfinished < m_lookedAt) m_lookedAt = 0;
+  if (unfinished < std::max(2 * m_lookedAt, m_longTags.ShortestTag())) return;
+  m_lookedAt = unfinished;
+  RefuseLongTag();
+}
+
+// The input of which the parser waits to see the end.
+std::span<const unsigned char> CExpatReader::Unfinished() const noexcept {
+  int offset = 0, size = 0;
+  const char* const input = XML_GetInputContext(m_parser, &offset, &size);
+  if (input == nullptr) return {};
+  return {reinterpret_cast<const unsigned char*>(input) + offset, static_cast<std::size_t>(size - offset)};
+}
+
+void CExpatReader::RefuseLongTag() {
+  const auto unfinished = Unfinished();
+  if (!m_longTags.BeginsWithLongTag(unfinished.data(), unfinished.size())) return;
+  Limited([&] { m_tree.ThrowTooManyAttributes(); });
 }
 
 // Adds an attribute that stands in the DOCTYPE alone. A few bytes of element may have many and long ones: what they
@@ -170,6 +202,15 @@ void CExpatReader::AddDefault(std::string_view name, std::string_view value) {
     throw COvException(u"The default values of attributes multiply the document more than a hundredfold.");
   }
   m_tree.AddAttribute(name, value);
+}
+
+// Some forty times as many as the largest vocabularies have. A chain of a million, each made of the one before, takes
+// the parser seconds and hundreds of megabytes.
+void CExpatReader::CountEntity() {
+  constexpr std::size_t kMaxEntities = 100'000;
+  if (++m_entities > kMaxEntities) {
+    throw COvException(FormatString(u"The document declares more than %d entities.", kMaxEntities));
+  }
 }
 
 void CExpatReader::Check(bool succeeded) {
@@ -198,6 +239,7 @@ void CExpatReader::NoteStart(const unsigned char* data, std::size_t length) noex
     m_start[m_startLength++] = *data++;
     --length;
   }
+  m_longTags.SetFormOf(m_start.data(), m_startLength);
 }
 
 // Expat counts the mark as a character of the first line; a reader of the message does not.

@@ -5,11 +5,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <exception>
+#include <span>
 #include <string_view>
 
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/SerializationContext.h"
 #include "ovxmllib/document/DocumentTree.h"
+#include "ovxmllib/document/LongTagScan.h"
 #include "ovxmllib/foundation/InstanceMonitor.h"
 
 struct XML_ParserStruct;
@@ -53,7 +55,11 @@ class CExpatReader : public CInstanceMonitor {
   void Guarded(auto&& action) noexcept;
   void Limited(auto&& action);
   void AddDefault(std::string_view name, std::string_view value);
+  void CountEntity();
   void Check(bool succeeded);
+  bool LooksForLongTags() const noexcept { return m_context.GetMaxAttributesPerElement() != 0; }
+  std::span<const unsigned char> Unfinished() const noexcept;
+  void RefuseLongTag();
   [[noreturn]] void ThrowParserError(int error);
   void SetPlaceOn(COvException& exception) const noexcept;
   void NoteStart(const unsigned char* data, std::size_t length) noexcept;
@@ -65,8 +71,11 @@ class CExpatReader : public CInstanceMonitor {
   unsigned char* m_buffer = nullptr;       // the parser's, as GetBuffer gave it
   std::exception_ptr m_failure;            // what a handler could not let out
   std::uint64_t m_defaultedBytes = 0;      // of attributes that no start tag has
+  std::size_t m_entities = 0;              // declared
   std::array<unsigned char, 3> m_start{};  // the first bytes of the input
   std::size_t m_startLength = 0;
+  LongTagScan m_longTags;
+  std::size_t m_lookedAt = 0;  // bytes of what was unfinished when it was last looked at
 };
 
 }  // namespace OvXmlLib16

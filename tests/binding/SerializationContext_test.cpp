@@ -26,14 +26,14 @@ Numbers SwitchesOf(const CSerializationContext& c) {
 }
 
 Numbers LimitsOf(const CSerializationContext& c) {
-  return {c.GetMaxElementDepth(), c.GetMaxAttributesPerElement(), c.GetMaxNameLength(),
+  return {c.GetMaxElementDepth(), c.GetMaxAttributesPerElement(), c.GetMaxNameLength(),       c.GetMaxNamespaceLength(),
           c.GetMaxTextLength(),   c.GetMaxInputBytes(),           c.GetMaxDecompressedBytes()};
 }
 
 TEST(SerializationContext, BeginsWithDefaultsAndCopiesAll) {
   CSerializationContext context;
   EXPECT_EQ(SwitchesOf(context), (Numbers{1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(LimitsOf(context), (Numbers{1000, 10'000, 0, 0, 0, 0}));
+  EXPECT_EQ(LimitsOf(context), (Numbers{1000, 10'000, 0, 8000, 0, 0, 0}));
   EXPECT_EQ(context.GetSchemaType(), 0);
   EXPECT_EQ(context.GetDefaultNamespaceURI() + context.GetInLineSchema() + context.GetIndentChars(), u"\t");
   EXPECT_TRUE(context.GetProcessingInstructions().empty());
@@ -43,7 +43,7 @@ TEST(SerializationContext, BeginsWithDefaultsAndCopiesAll) {
   context.GetProcessingInstructions().push_back(u"<?p?>");
   const CSerializationContext copy = context;
   context = CSerializationContext();
-  EXPECT_EQ(LimitsOf(copy), (Numbers{256, 256, 1024, 16 << 20, 64 << 20, 256 << 20}));
+  EXPECT_EQ(LimitsOf(copy), (Numbers{256, 256, 1024, 1024, 16 << 20, 64 << 20, 256 << 20}));
   EXPECT_EQ(SwitchesOf(copy), (Numbers{1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
   EXPECT_EQ(copy.GetIndentChars() + copy.GetProcessingInstructions().at(0), u"  \t<?p?>");
 }

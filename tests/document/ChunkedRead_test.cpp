@@ -60,6 +60,15 @@ TEST_F(ChunkedRead, TakesFilesOfAnySize) {
   }
 }
 
+TEST_F(ChunkedRead, RefusesALongTagBeforeItsEnd) {
+  std::string document = "<a>\n<b";
+  for (int i = 0; i < 20'000; ++i) document += " c" + std::to_string(i) + "=''";
+  WriteFile(m_folder / "f", document);
+  ExpectBothWays(m_folder / "f",
+                 u"An element has more than 10000 attributes. "
+                 u"CSerializationContext::SetMaxAttributesPerElement sets this limit. @2:1");
+}
+
 TEST_F(ChunkedRead, HasABorderAtEveryPosition) {
   CSerializationContext keepingSections;
   keepingSections.SetStripCDATA(false);

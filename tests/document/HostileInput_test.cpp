@@ -60,12 +60,20 @@ constexpr WStringView kTooManyAttributes =
     u"An element has more than 10000 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit.";
 constexpr WStringView kTooMuchExpansion = u"limit on input amplification factor (from DTD and entities) breached at ";
 // A chain of entities multiplies nothing. What it could exhaust is the stack.
+constexpr WStringView kTooManyEntities = u"The document declares more than 100000 entities. @1:";
 const Case kCases[] = {
     {"Depth", [] { return Repeated("<a>", kMillion); },
      u"The elements are nested deeper than 1000 levels. CSerializationContext::SetMaxElementDepth sets this limit. "
      u"@1:3001"},
     {"Attributes", [] { return WithAttributes("b"); }, kTooManyAttributes},
     {"QualifiedAttributes", [] { return WithAttributes("p:b"); }, kTooManyAttributes},
+    {"QualifiedAttributesInUtf16", [] { return test::Utf16(ToWide("\uFEFF" + WithAttributes("p:b"))); },
+     kTooManyAttributes},
+    {"Declarations", [] { return WithAttributes("xmlns:b"); }, kTooManyAttributes},
+    {"LongNamespace",
+     [] { return "<p:a xmlns:p='" + std::string(kMebi, 'u') + "'>" + Repeated("<p:b/>", 250'000) + "</p:a>"; },
+     u"A namespace URI is longer than 8000 characters. CSerializationContext::SetMaxNamespaceLength sets this limit. "
+     u"@1:1"},
     {"ExponentialText", [] { return WithEntities(20, 10, "<a>", "</a>"); }, kTooMuchExpansion},
     {"ExponentialAttribute", [] { return WithEntities(20, 10, "<a b='", "'/>"); }, kTooMuchExpansion},
     {"Quadratic",
@@ -76,12 +84,25 @@ const Case kCases[] = {
     {"Defaults", [] { return WithDefaults(2000, 20'000); },
      u"The default values of attributes multiply the document more than a hundredfold. @1:"},
     {"Chain", [] { return WithEntities(10'000, 1, "<a>", "</a>"); }, u"a'x'"},
-    {"LongChain", [] { return WithEntities(kMillion, 1, "<a>", "</a>"); }, u"a'x'"},
-    {"LongChainInAttribute", [] { return WithEntities(kMillion, 1, "<a b='", "'/>"); }, u"a[b=x]"},
+    {"LongChain", [] { return WithEntities(100'000, 1, "<a>", "</a>"); }, u"a'x'"},
+    {"LongChainInAttribute", [] { return WithEntities(100'000, 1, "<a b='", "'/>"); }, u"a[b=x]"},
+    {"LongerChain", [] { return WithEntities(kMillion, 1, "<a>", "</a>"); }, kTooManyEntities},
     {"GZipBomb", [] { return Repeated(test::Packed(std::string(16 * kMebi, ' '), CompressionType_GZip), 64); },
      u"The input expands to more than the 16777216 bytes that CSerializationContext::SetMaxDecompressedBytes allows."}};
 INSTANTIATE_TEST_SUITE_P(Of, HostileInput, testing::ValuesIn(kCases),
                          [](const auto& test) { return std::string(test.param.name); });
+
+// The early look at start tags takes nothing else for one.
+TEST(LongTags, AreToldFromWhatLooksLikeThem) {
+  const std::string tag = WithAttributes("b").substr(0, 200'000);
+  for (const std::string& prefix : {"<r><!--" + tag + "--><![CDATA[" + tag + "]]>", "<r>" + tag.substr(1)}) {
+    const std::string harmless = prefix + "</r>", harmful = prefix + tag + "/></r>";
+    for (const std::string& bytes : {harmless, test::Utf16(ToWide("\uFEFF" + harmless))}) {
+      EXPECT_EQ(Outcome(Loading(bytes)).substr(0, 2), u"r'");
+    }
+    EXPECT_EQ(Outcome(Loading(harmful)).substr(0, kTooManyAttributes.size()), kTooManyAttributes);
+  }
+}
 
 TEST(CutInput, FailsAtEveryByte) {
   const std::string plain = ToUtf8(test::kSample);
@@ -152,8 +173,15 @@ TEST(Limits, HoldExactly) {
        u"@2:4"},
       {[](CSerializationContext& c) { c.SetMaxAttributesPerElement(1); }, "<a b=''><b c=''/></a>",
        "<a><b c='' d=''/></a>",
-       u"An element has more than 1 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit.\n"
-       u"Path: /a/b @1:4"},
+       u"An element has more than 1 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit. "
+       u"@1:4"},
+      {[](CSerializationContext& c) { c.SetMaxAttributesPerElement(2); }, "<a xmlns='u' c=''/>",
+       "<a><b xmlns='u' xmlns:d='u' xmlns:e='u'/></a>",
+       u"An element has more than 2 attributes. CSerializationContext::SetMaxAttributesPerElement sets this limit. "
+       u"@1:4"},
+      {[](CSerializationContext& c) { c.SetMaxNamespaceLength(3); }, "<a xmlns='uvw'/>", "<a>\n<b xmlns='uvwx'/></a>",
+       u"A namespace URI is longer than 3 characters. CSerializationContext::SetMaxNamespaceLength sets this limit. "
+       u"@2:1"},
       {[](CSerializationContext& c) { c.SetMaxNameLength(3); }, "<p:abc xmlns:p='long' p:abc=''/>",
        "<abc>\n<abcd/></abc>",
        u"A name is longer than 3 characters. CSerializationContext::SetMaxNameLength sets this limit. @2:1"},
@@ -181,7 +209,7 @@ TEST(Limits, HoldExactly) {
   EXPECT_EQ(Outcome(Loading(WithDefaults(100, 100))).find(u'@'), WString::npos) << "little may be multiplied freely";
   CSerializationContext sevenBytes;
   sevenBytes.SetMaxInputBytes(7);
-  EXPECT_EQ(Outcome([](CXmlDocument& d) { d.LoadXml(u"<a/>"); }, sevenBytes), cases[6].outcome);
+  EXPECT_EQ(Outcome([](CXmlDocument& d) { d.LoadXml(u"<a/>"); }, sevenBytes), cases[8].outcome);
 }
 
 }  // namespace
