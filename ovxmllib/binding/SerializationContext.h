@@ -133,7 +133,8 @@ class OVXMLLIB_API CSerializationContext {
   void SetAllowDoctype(bool allow) noexcept { m_bAllowDoctype = allow; }
 
   /// Sets every limit for documents that come from strangers: depth 256, 256 attributes an element, names and
-  /// namespaces of 1,024 and texts of 16 Mi code units, 64 MiB of input, 256 MiB decompressed, no DOCTYPE. Each can be changed afterwards.
+  /// namespaces of 1,024 and texts of 16 Mi code units, 64 MiB of input, 256 MiB decompressed, no DOCTYPE. Each can be
+  /// changed afterwards.
   void SetUntrustedInput() noexcept;
 
  private:

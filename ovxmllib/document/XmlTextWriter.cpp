@@ -1,5 +1,6 @@
 #include "ovxmllib/document/XmlTextWriter.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -21,7 +22,7 @@ constexpr WStringView kSectionEnd = u"]]>";
 class MarkupRun {
  public:
   /// `bound` is what may be written at most.
-  MarkupRun(CTextStream& stream, std::size_t bound) : m_stream(stream), m_end(stream.Reserve(bound)) {}
+  MarkupRun(CTextStream& stream, std::size_t bound) : m_stream(stream), m_end(stream.Reserve(bound + kRoomySlack)) {}
   MarkupRun(const MarkupRun&) = delete;
   MarkupRun& operator=(const MarkupRun&) = delete;
   ~MarkupRun() { m_stream.Commit(m_end); }
@@ -32,6 +33,10 @@ class MarkupRun {
   }
   MarkupRun& operator<<(WStringView text) noexcept {
     m_end = CopyUnits(m_end, text);
+    return *this;
+  }
+  MarkupRun& CopyOwn(WStringView roomy) noexcept {
+    m_end = CopyRoomy(m_end, roomy);
     return *this;
   }
   MarkupRun& Put(WStringView few) noexcept {
@@ -47,6 +52,21 @@ class MarkupRun {
 bool IsSectionStart(WStringView text) { return text[0] == u'<' && text.starts_with(kSectionStart); }
 
 }  // namespace
+
+inline WStringView CXmlTextWriter::GetLineEnd() const noexcept {
+  return m_bFormatted ? WStringView(m_strEOL) : WStringView();
+}
+
+inline WStringView CXmlTextWriter::GetIndent(int depth) {
+  const std::size_t length = m_bFormatted ? static_cast<std::size_t>(depth) * m_strIndent.size() : 0;
+  if (m_indents.size() < length + kRoomySlack) GrowIndents(length);
+  return WStringView(m_indents).substr(0, length);
+}
+
+// Bounds what the stream holds of text that is not encoded or on its way to the file yet.
+inline void CXmlTextWriter::FlushIfDue() {
+  if (m_pStream->GetBufferedLength() >= kFlushThreshold) m_pStream->Flush();
+}
 
 CXmlTextWriter::CXmlTextWriter(CTextStream* stream) : CXmlWriter(Record()), m_pStream(stream) {}
 
@@ -144,13 +164,17 @@ void CXmlTextWriter::StartElement(WStringView name, WStringView ns) {
   const WString* alias = hasPrefix ? context.GetNamespaceMapValue(ns) : nullptr;
   const bool declares = hasPrefix && alias == nullptr;
   if (declares) alias = &context.AddGeneratedAlias(ns);
-  const WStringView tagName = PushTagName(context, alias == nullptr ? WStringView() : *alias, name);
+  const WStringView prefix = alias == nullptr ? WStringView() : *alias;
+  PushTagName(context, prefix, name);
   const WStringView lineEnd = GetLineEnd();
   const WStringView indent = GetIndent(context.depth);
   {
-    MarkupRun run(*m_pStream, lineEnd.size() + indent.size() + tagName.size() + 2);
+    MarkupRun run(*m_pStream, lineEnd.size() + indent.size() + prefix.size() + name.size() + 3);
     if (closesTag) (run << u'>').Put(lineEnd);
-    run << indent << u'<' << tagName;
+    run.CopyOwn(indent) << u'<';
+    // Not copied from what was kept of it just now: the processor would wait for the pieces of it to come together.
+    if (!prefix.empty()) run << prefix << u':';
+    run << name;
   }
   if (declares) WriteDeclaration(u" xmlns:", *alias, ns);
   if (isRoot) DeclareDocumentScope();
@@ -159,9 +183,9 @@ void CXmlTextWriter::StartElement(WStringView name, WStringView ns) {
 
 // Keeps the qualified name for the end tag, with what ends the tag behind it: whatever happens to the scope in between,
 // the two are the same.
-WStringView CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name) {
+void CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name) {
   const std::size_t start = m_tagNamesEnd;
-  const std::size_t bound = start + alias.size() + name.size() + m_strEOL.size() + 2;
+  const std::size_t bound = start + alias.size() + name.size() + m_strEOL.size() + 2 + kRoomySlack;
   if (bound > m_tagNames.size()) m_tagNames.resize(2 * bound);
   WChar* end = m_tagNames.data() + start;
   if (!alias.empty()) {
@@ -169,12 +193,10 @@ WStringView CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView 
     *end++ = u':';
   }
   end = CopyUnits(end, name);
-  const auto length = static_cast<std::size_t>(end - m_tagNames.data()) - start;
   *end++ = u'>';
   end = PutUnits(end, GetLineEnd());
   context.nameStart = start;
   m_tagNamesEnd = static_cast<std::size_t>(end - m_tagNames.data());
-  return {m_tagNames.data() + start, length};
 }
 
 void CXmlTextWriter::WriteDeclaration(WStringView start, WStringView alias, WStringView ns) {
@@ -226,13 +248,13 @@ void CXmlTextWriter::EndElement() {
   assert(context != nullptr && "m_pContext != 0");
   const WStringView tagEnd(m_tagNames.data() + context->nameStart, m_tagNamesEnd - context->nameStart);
   const WStringView lineEnd = GetLineEnd();
-  const WStringView indent = context->childCount != 0 ? GetIndent(context->depth) : WStringView();
+  const WStringView indent = GetIndent(context->childCount != 0 ? context->depth : 0);
   {
     MarkupRun run(*m_pStream, indent.size() + tagEnd.size() + lineEnd.size() + 2);
     if (context->bInStartTag) {
       (run << u'/' << u'>').Put(lineEnd);
     } else {
-      run << indent << u'<' << u'/' << tagEnd;
+      (run.CopyOwn(indent) << u'<' << u'/').CopyOwn(tagEnd);
     }
   }
   m_tagNamesEnd = context->nameStart;
@@ -276,18 +298,11 @@ void CXmlTextWriter::WriteXsiType(WStringView ns, WStringView typeName, ItemType
 
 void CXmlTextWriter::WriteXsiNil() { WriteAttribute(u"nil", kXsiNamespace, u"true", ItemType_boolean); }
 
-WStringView CXmlTextWriter::GetLineEnd() const noexcept { return m_bFormatted ? WStringView(m_strEOL) : WStringView(); }
-
-WStringView CXmlTextWriter::GetIndent(int depth) {
-  if (!m_bFormatted) return {};
-  const std::size_t length = static_cast<std::size_t>(depth) * m_strIndent.size();
-  while (m_indents.size() < length) m_indents += m_strIndent;
-  return WStringView(m_indents).substr(0, length);
-}
-
-// Bounds what the stream holds of text that is not encoded or on its way to the file yet.
-void CXmlTextWriter::FlushIfDue() {
-  if (m_pStream->GetBufferedLength() >= kFlushThreshold) m_pStream->Flush();
+void CXmlTextWriter::GrowIndents(std::size_t length) {
+  const std::size_t wanted = 2 * length + kRoomySlack;
+  m_indents.clear();
+  while (!m_strIndent.empty() && m_indents.size() < wanted) m_indents += m_strIndent;
+  m_indents.resize(std::max(m_indents.size(), wanted));
 }
 
 }  // namespace OvXmlLib16

@@ -70,8 +70,9 @@ class CXmlTextWriter : public CXmlWriter {
   void Write(WStringView text) { m_pStream->Write(text); }
   WStringView GetLineEnd() const noexcept;
   WStringView GetIndent(int depth);
+  void GrowIndents(std::size_t length);
   bool CountChild() noexcept;
-  WStringView PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name);
+  void PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name);
   void WriteDeclaration(WStringView start, WStringView alias, WStringView ns);
   void DeclareDocumentScope();
   void WriteTextWithSections(WStringView text);
@@ -83,7 +84,7 @@ class CXmlTextWriter : public CXmlWriter {
   bool m_bFormatted = true;
   CTextStream* m_pStream;  // not owned
   const EscapeRules* m_textRules = &kEscapeTextLf;
-  WString m_indents;   // the indentation of the deepest element so far
+  WString m_indents;   // the indentation of an element deeper than all so far, with kRoomySlack behind
   WString m_tagNames;  // of the open elements, one behind the other; has more room than is used
   std::size_t m_tagNamesEnd = 0;
 };

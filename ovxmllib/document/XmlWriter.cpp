@@ -33,18 +33,10 @@ void CXmlWriter::SetArrayState(int state) noexcept {
   if (m_pContext != nullptr) m_pContext->arrayState = state;
 }
 
-CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext() {
-  CXmlWriterContext* const parent = m_pContext;
-  CXmlWriterContext*& next = parent == nullptr ? m_pRootContext : parent->pDeeper;
-  if (next == nullptr) {
-    next = m_contexts.emplace_back(std::make_unique<CXmlWriterContext>(parent)).get();
-  }
-  next->Begin(parent == nullptr ? *m_documentScope : parent->GetScope());
-  m_pContext = next;
-  return *next;
+CXmlWriter::CXmlWriterContext& CXmlWriter::AddContext(CXmlWriterContext*& place, CXmlWriterContext* parent) {
+  place = m_contexts.emplace_back(std::make_unique<CXmlWriterContext>(parent)).get();
+  return *place;
 }
-
-void CXmlWriter::PopContext() noexcept { m_pContext = m_pContext->pParent; }
 
 void CXmlWriter::CheckInStartTag() const {
   assert(m_pContext != nullptr && "m_pContext != 0");

@@ -50,7 +50,7 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   virtual void StartElement(WStringView name, WStringView ns) = 0;
   /// Writes character data; an empty text writes nothing. `type` tells formats with typed values what it prints.
   virtual void WriteText(WStringView text, ItemType type) = 0;
-  /// Ends the element that is open.
+  /// Ends the element that is open. Both are defined in XmlWriterContext.h, which every writer includes.
   virtual void EndElement() = 0;
   /// Writes an attribute. Throws COvException "Attributes must be added before elements" when the start tag is closed,
   /// as do the next two.
@@ -82,6 +82,8 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   void CheckInStartTag() const;
 
  private:
+  CXmlWriterContext& AddContext(CXmlWriterContext*& place, CXmlWriterContext* parent);
+
   std::unique_ptr<NamespaceScope> m_documentScope;
   CXmlWriterContext* m_pContext = nullptr;                     // the innermost open one of m_contexts
   CXmlWriterContext* m_pRootContext = nullptr;                 // the first of them

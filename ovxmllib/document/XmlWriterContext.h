@@ -66,4 +66,15 @@ class CXmlWriter::CXmlWriterContext : public CInstanceMonitor {
   std::unique_ptr<NamespaceScope> m_own;  // in use when m_scope points at it
 };
 
+inline CXmlWriter::CXmlWriterContext& CXmlWriter::PushContext() {
+  CXmlWriterContext* const parent = m_pContext;
+  CXmlWriterContext*& next = parent == nullptr ? m_pRootContext : parent->pDeeper;
+  CXmlWriterContext& pushed = next != nullptr ? *next : AddContext(next, parent);
+  pushed.Begin(parent == nullptr ? *m_documentScope : parent->GetScope());
+  m_pContext = &pushed;
+  return pushed;
+}
+
+inline void CXmlWriter::PopContext() noexcept { m_pContext = m_pContext->pParent; }
+
 }  // namespace OvXmlLib16
