@@ -65,7 +65,7 @@ const RatioReporter::Timing* RatioReporter::FindBaseline(const std::string& docu
 
 void RatioReporter::PrintTiming(const Timing& timing) {
   std::ostream& out = GetOutputStream();
-  out << std::left << std::setw(6) << timing.document << std::setw(28) << timing.road << std::right;
+  out << std::left << std::setw(16) << timing.document << std::setw(28) << timing.road << std::right;
   out << std::setprecision(1) << std::setw(8) << timing.bytesPerPass / timing.Fastest() / 1e6 << " MB/s";
   if (const Timing* baseline = FindBaseline(timing.document)) {
     out << std::setprecision(3) << std::setw(9) << timing.Fastest() / baseline->Fastest();

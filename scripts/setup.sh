@@ -8,11 +8,12 @@
 set -euo pipefail
 exec </dev/null
 
-packages=(cmake g++ libexpat1-dev libgmock-dev libgtest-dev ninja-build pkgconf python3 shared-mime-info zlib1g-dev)
+packages=(cmake g++ libexpat1-dev libgmock-dev libgtest-dev libpcre2-dev ninja-build pkgconf python3
+          shared-mime-info zlib1g-dev)
 for option in "$@"; do
   case "$option" in
     --clang) packages+=(clang clang-format clang-tidy libclang-rt-dev llvm) ;;
-    --bench) packages+=(libbenchmark-dev) ;;
+    --bench) packages+=(libbenchmark-dev libgmp-dev) ;;
     *) echo "usage: setup.sh [--clang] [--bench]" >&2; exit 2 ;;
   esac
 done

@@ -25,7 +25,39 @@ WString ReplaceEach(WStringView value, WChar replacement, Predicate isReplaced) 
   return result;
 }
 
+// Looks at all units, which for the few of a value is faster than to stop.
+bool HasAnyUpToSpace(WStringView value) noexcept {
+  bool has = false;
+  for (const WChar c : value) has |= c <= u' ';
+  return has;
+}
+
+WStringView Trim(WStringView value) noexcept {
+  while (!value.empty() && CWhitespaceUtils::IsWhiteSpace(value.front())) value.remove_prefix(1);
+  while (!value.empty() && CWhitespaceUtils::IsWhiteSpace(value.back())) value.remove_suffix(1);
+  return value;
+}
+
+// Whether the rule would change a value, which for Collapse is trimmed already.
+bool IsChanged(CWhitespaceUtils::WhitespaceRule rule, WStringView value) noexcept {
+  WChar before = 0;
+  for (const WChar c : value) {
+    if (c <= u' ' && c != u' ' && CWhitespaceUtils::IsWhiteSpace(c)) return true;
+    if (c == u' ' && before == u' ' && rule == CWhitespaceUtils::WhitespaceRule_Collapse) return true;
+    before = c;
+  }
+  return false;
+}
+
 }  // namespace
+
+WStringView CWhitespaceUtils::ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch) {
+  const bool isRule = rule >= WhitespaceRule_None && rule <= WhitespaceRule_Collapse;
+  if (isRule && (rule == WhitespaceRule_None || !HasAnyUpToSpace(value))) return value;
+  if (rule == WhitespaceRule_Collapse) value = Trim(value);
+  if (isRule && !IsChanged(rule, value)) return value;
+  return scratch = ApplyRule(rule, value);
+}
 
 WString CWhitespaceUtils::ApplyRule(WhitespaceRule rule, WStringView value) {
   switch (rule) {

@@ -23,6 +23,9 @@ class OVXMLLIB_API CWhitespaceUtils {
 
   /// `value` by the given rule. Throws COvException "Unknown WhitespaceRule" for a number that is none of them.
   static WString ApplyRule(WhitespaceRule rule, WStringView value);
+  /// The same without a copy where the rule leaves `value` or a part of it as it is, which is most often: the result
+  /// lies in `value` or in `scratch`, whose memory is used again.
+  static WStringView ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch);
 
   /// Makes LF of each CR LF pair and of each lone CR; all else stays.
   static WString Preserve(WStringView value);

@@ -22,7 +22,11 @@ const struct {
 
 TEST(WhitespaceUtils, AppliesTheRulesByNumber) {
   const auto apply = [](int rule, WStringView value) {
-    return CWhitespaceUtils::ApplyRule(static_cast<CWhitespaceUtils::WhitespaceRule>(rule), value);
+    const auto byNumber = static_cast<CWhitespaceUtils::WhitespaceRule>(rule);
+    const WString result = CWhitespaceUtils::ApplyRule(byNumber, value);
+    WString scratch;
+    EXPECT_EQ(CWhitespaceUtils::ApplyRule(byNumber, value, scratch), result);
+    return result;
   };
   for (const auto& row : kCases) {
     for (int rule = 0; rule < 4; ++rule) EXPECT_EQ(apply(rule, row.byNumber[0]), row.byNumber[rule]) << rule;

@@ -1,17 +1,10 @@
 // Replaces operator new of the program: include it in one source file only.
 #pragma once
 
-#include <cstddef>
 #include <cstdlib>
 #include <new>
 
-namespace OvXmlLib16::test {
-
-inline std::size_t g_callsToFailure = 0;  ///< The call that fails, counted down from here; 0: none.
-inline std::ptrdiff_t g_liveBlocks = 0;
-inline std::size_t g_bytesAsked = 0;
-
-}  // namespace OvXmlLib16::test
+#include "tests/support/AllocationCounters.h"
 
 void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
   using namespace OvXmlLib16::test;

@@ -1,0 +1,162 @@
+// One value of any type that a property may have.
+#pragma once
+
+#include <cassert>
+#include <cstdint>
+#include <variant>
+
+#include "ovxmllib/binding/Enumerations.h"
+#include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/SmartPtr.h"
+#include "ovxmllib/binding/XmlObjectBase.h"
+#include "ovxmllib/foundation/WhitespaceUtils.h"
+#include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/PrimitiveRows.h"
+
+namespace OvXmlLib16 {
+
+/// The shuttle between a property and the metadata: a reader fills one from text and hands it to the property's setter,
+/// a writer gets one from the getter and prints it.
+///
+/// It is in one of three states: invalid (GetTypeAsEnum() is ItemType_none), holding a value, or nil. A nil variant
+/// keeps the type that it had and holds no value. Every setter leaves it holding the value, whatever it was before.
+///
+/// Copies are deep, but for objects, of which a copy shares the one. Moving allocates nothing and leaves an invalid
+/// variant behind. A variant belongs to one thread at a time.
+struct OVXMLLIB_API OvVariant {
+ public:
+  /// Invalid.
+  OvVariant() noexcept = default;
+  OvVariant(const OvVariant& other) = default;
+  OvVariant(OvVariant&& other) noexcept : OvVariant() { Swap(other); }
+  OvVariant& operator=(const OvVariant& other) = default;
+  OvVariant& operator=(OvVariant&& other) noexcept;
+  virtual ~OvVariant() = default;
+
+  /// Makes it invalid and gives up the value, or the reference to the object.
+  void Clear() noexcept;
+  /// The same.
+  void SetInvalid() noexcept { Clear(); }
+  /// Whether it holds a value or is nil.
+  bool IsValid() const noexcept { return m_type != ItemType_none || m_isNil; }
+
+  bool IsNil() const noexcept { return m_isNil; }
+  /// Gives up the value, keeps the type.
+  void SetNil() noexcept;
+
+  ItemType GetTypeAsEnum() const noexcept { return m_type; }
+  /// The name of the type, "datetime" for instance. Throws COvException "Invalid Type 27" (the number) for an invalid
+  /// variant and one of an object.
+  WString GetType() const;
+
+  /// The value as CConversions prints it; `format`, of which null counts as empty, as it takes it for r4, r8 and
+  /// decimal. Throws COvException "Invalid Type 27 to convert to string" for types without text, and what CConversions
+  /// throws for the format. Not to be asked of a nil variant, which has no value to print.
+  WString ToString(const WChar* format) const;
+  /// Appends the same, without allocating when `out` has the room, but for binary data.
+  void AppendTo(WString& out, WStringView format = {}) const;
+
+  /// Takes the value that `text` stands for, by the whitespace rule and as CConversions reads `type`. Throws the
+  /// COvException that ToString has for types without text, and what CConversions throws; the variant then keeps what
+  /// it held.
+  void FromString(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
+
+  /// \name Values
+  /// A setter copies its argument and sets the type. A getter is to be asked only for the type that the variant holds,
+  /// which in debug builds is asserted; values of other types count as default values.
+  /// \{
+  void SetHexBinary(const CBinaryData& value) { Set<ItemType_hexBinary>(value); }
+  CBinaryData GetHexBinary() const { return Get<ItemType_hexBinary>(); }
+  void SetBase64Binary(const CBinaryData& value) { Set<ItemType_base64Binary>(value); }
+  CBinaryData GetBase64Binary() const { return Get<ItemType_base64Binary>(); }
+  void SetI1(std::int8_t value) { Set<ItemType_i1>(value); }
+  std::int8_t GetI1() const { return Get<ItemType_i1>(); }
+  void SetI2(std::int16_t value) { Set<ItemType_i2>(value); }
+  std::int16_t GetI2() const { return Get<ItemType_i2>(); }
+  void SetI4(std::int32_t value) { Set<ItemType_i4>(value); }
+  std::int32_t GetI4() const { return Get<ItemType_i4>(); }
+  void SetI8(std::int64_t value) { Set<ItemType_i8>(value); }
+  std::int64_t GetI8() const { return Get<ItemType_i8>(); }
+  void SetUI1(std::uint8_t value) { Set<ItemType_ui1>(value); }
+  std::uint8_t GetUI1() const { return Get<ItemType_ui1>(); }
+  void SetUI2(std::uint16_t value) { Set<ItemType_ui2>(value); }
+  std::uint16_t GetUI2() const { return Get<ItemType_ui2>(); }
+  void SetUI4(std::uint32_t value) { Set<ItemType_ui4>(value); }
+  std::uint32_t GetUI4() const { return Get<ItemType_ui4>(); }
+  void SetUI8(std::uint64_t value) { Set<ItemType_ui8>(value); }
+  std::uint64_t GetUI8() const { return Get<ItemType_ui8>(); }
+  void SetR4(float value) { Set<ItemType_r4>(value); }
+  float GetR4() const { return Get<ItemType_r4>(); }
+  void SetR8(double value) { Set<ItemType_r8>(value); }
+  double GetR8() const { return Get<ItemType_r8>(); }
+  void SetDuration(const CDateTimeSpan& value) { Set<ItemType_duration>(value); }
+  CDateTimeSpan GetDuration() const { return Get<ItemType_duration>(); }
+  void SetYearMonth(const CDateTime& value) { Set<ItemType_yearMonth>(value); }
+  CDateTime GetYearMonth() const { return Get<ItemType_yearMonth>(); }
+  void SetMonthDay(const CDateTime& value) { Set<ItemType_monthDay>(value); }
+  CDateTime GetMonthDay() const { return Get<ItemType_monthDay>(); }
+  void SetYear(std::uint16_t value) { Set<ItemType_year>(value); }
+  std::uint16_t GetYear() const { return Get<ItemType_year>(); }
+  void SetMonth(std::uint8_t value) { Set<ItemType_month>(value); }
+  std::uint8_t GetMonth() const { return Get<ItemType_month>(); }
+  void SetDay(std::uint8_t value) { Set<ItemType_day>(value); }
+  std::uint8_t GetDay() const { return Get<ItemType_day>(); }
+  void SetDate(const CDateTime& value) { Set<ItemType_date>(value); }
+  CDateTime GetDate() const { return Get<ItemType_date>(); }
+  void SetDateTime(const CDateTime& value) { Set<ItemType_datetime>(value); }
+  CDateTime GetDateTime() const { return Get<ItemType_datetime>(); }
+  void SetTime(const CDateTime& value) { Set<ItemType_time>(value); }
+  CDateTime GetTime() const { return Get<ItemType_time>(); }
+  void SetChar(WChar value) { Set<ItemType_char>(value); }
+  WChar GetChar() const { return Get<ItemType_char>(); }
+  void SetString(WStringView value) { Set<ItemType_string>(value); }
+  WString GetString() const { return Get<ItemType_string>(); }
+  /// The text without a copy; valid until the variant changes.
+  WStringView GetStringView() const { return Get<ItemType_string>(); }
+  void SetBoolean(bool value) { Set<ItemType_boolean>(value); }
+  bool GetBoolean() const { return Get<ItemType_boolean>(); }
+  void SetDecimal(const CDecimal& value) { Set<ItemType_decimal>(value); }
+  CDecimal GetDecimal() const { return Get<ItemType_decimal>(); }
+  void SetInteger(const CBigInteger& value) { Set<ItemType_integer>(value); }
+  CBigInteger GetInteger() const { return Get<ItemType_integer>(); }
+  /// Takes a reference to the object, which may be null.
+  void SetXmlObject(CXmlObjectBase* object);
+  CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+  /// \}
+
+  /// The value of a type known at compile time, valid until the variant changes; as the getters, for generic code.
+  template <ItemType kType>
+  const typename Primitive<kType>::Value& Get() const noexcept {
+    assert(m_type == kType);
+    const auto* value = std::get_if<typename Primitive<kType>::Value>(&m_value);
+    if (value != nullptr) return *value;
+    static const typename Primitive<kType>::Value kNone{};
+    return kNone;
+  }
+
+  /// The setter of a type known at compile time. The memory of a value of the same type is used again.
+  template <ItemType kType, class T>
+  void Set(T&& value) {
+    using Value = typename Primitive<kType>::Value;
+    Value* held = std::get_if<Value>(&m_value);
+    if (held != nullptr) {
+      *held = std::forward<T>(value);
+    } else {
+      m_value.template emplace<Value>(std::forward<T>(value));
+    }
+    m_type = kType;
+    m_isNil = false;
+  }
+
+ private:
+  void Swap(OvVariant& other) noexcept;
+
+  bool m_isNil = false;
+  ItemType m_type = ItemType_none;
+  std::variant<std::monostate, bool, std::int8_t, std::int16_t, std::int32_t, std::int64_t, std::uint8_t, std::uint16_t,
+               std::uint32_t, std::uint64_t, float, double, WChar, WString, CBinaryData, CDateTime, CDateTimeSpan,
+               CDecimal, CBigInteger, CSmartPtr<CXmlObjectBase>>
+      m_value;
+};
+
+}  // namespace OvXmlLib16

@@ -1,0 +1,70 @@
+// The primitive types of the schema, one row each.
+#pragma once
+
+#include <cstdint>
+#include <utility>
+
+#include "ovxmllib/binding/Enumerations.h"
+#include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/BigInteger.h"
+#include "ovxmllib/values/BinaryData.h"
+#include "ovxmllib/values/DateTime.h"
+#include "ovxmllib/values/DateTimeSpan.h"
+#include "ovxmllib/values/Decimal.h"
+
+namespace OvXmlLib16 {
+
+/// The row of a primitive type: the C++ type of its values, and its name. The types that are no primitive have none.
+template <ItemType kItemType>
+struct Primitive;
+
+namespace primitive_detail {
+
+template <ItemType kItemType, class T>
+struct Row {
+  static constexpr ItemType kType = kItemType;
+  using Value = T;
+};
+
+}  // namespace primitive_detail
+
+// clang-format off
+template <> struct Primitive<ItemType_hexBinary> : primitive_detail::Row<ItemType_hexBinary, CBinaryData> { static constexpr WStringView kName = u"hexBinary"; };
+template <> struct Primitive<ItemType_base64Binary> : primitive_detail::Row<ItemType_base64Binary, CBinaryData> { static constexpr WStringView kName = u"base64Binary"; };
+template <> struct Primitive<ItemType_i1> : primitive_detail::Row<ItemType_i1, std::int8_t> { static constexpr WStringView kName = u"i1"; };
+template <> struct Primitive<ItemType_i2> : primitive_detail::Row<ItemType_i2, std::int16_t> { static constexpr WStringView kName = u"i2"; };
+template <> struct Primitive<ItemType_i4> : primitive_detail::Row<ItemType_i4, std::int32_t> { static constexpr WStringView kName = u"i4"; };
+template <> struct Primitive<ItemType_i8> : primitive_detail::Row<ItemType_i8, std::int64_t> { static constexpr WStringView kName = u"i8"; };
+template <> struct Primitive<ItemType_ui1> : primitive_detail::Row<ItemType_ui1, std::uint8_t> { static constexpr WStringView kName = u"ui1"; };
+template <> struct Primitive<ItemType_ui2> : primitive_detail::Row<ItemType_ui2, std::uint16_t> { static constexpr WStringView kName = u"ui2"; };
+template <> struct Primitive<ItemType_ui4> : primitive_detail::Row<ItemType_ui4, std::uint32_t> { static constexpr WStringView kName = u"ui4"; };
+template <> struct Primitive<ItemType_ui8> : primitive_detail::Row<ItemType_ui8, std::uint64_t> { static constexpr WStringView kName = u"ui8"; };
+template <> struct Primitive<ItemType_r4> : primitive_detail::Row<ItemType_r4, float> { static constexpr WStringView kName = u"r4"; };
+template <> struct Primitive<ItemType_r8> : primitive_detail::Row<ItemType_r8, double> { static constexpr WStringView kName = u"r8"; };
+template <> struct Primitive<ItemType_duration> : primitive_detail::Row<ItemType_duration, CDateTimeSpan> { static constexpr WStringView kName = u"duration"; };
+template <> struct Primitive<ItemType_yearMonth> : primitive_detail::Row<ItemType_yearMonth, CDateTime> { static constexpr WStringView kName = u"yearMonth"; };
+template <> struct Primitive<ItemType_monthDay> : primitive_detail::Row<ItemType_monthDay, CDateTime> { static constexpr WStringView kName = u"monthDay"; };
+template <> struct Primitive<ItemType_year> : primitive_detail::Row<ItemType_year, std::uint16_t> { static constexpr WStringView kName = u"year"; };
+template <> struct Primitive<ItemType_month> : primitive_detail::Row<ItemType_month, std::uint8_t> { static constexpr WStringView kName = u"month"; };
+template <> struct Primitive<ItemType_day> : primitive_detail::Row<ItemType_day, std::uint8_t> { static constexpr WStringView kName = u"day"; };
+template <> struct Primitive<ItemType_date> : primitive_detail::Row<ItemType_date, CDateTime> { static constexpr WStringView kName = u"date"; };
+template <> struct Primitive<ItemType_datetime> : primitive_detail::Row<ItemType_datetime, CDateTime> { static constexpr WStringView kName = u"datetime"; };
+template <> struct Primitive<ItemType_time> : primitive_detail::Row<ItemType_time, CDateTime> { static constexpr WStringView kName = u"time"; };
+template <> struct Primitive<ItemType_char> : primitive_detail::Row<ItemType_char, WChar> { static constexpr WStringView kName = u"char"; };
+template <> struct Primitive<ItemType_string> : primitive_detail::Row<ItemType_string, WString> { static constexpr WStringView kName = u"string"; };
+template <> struct Primitive<ItemType_boolean> : primitive_detail::Row<ItemType_boolean, bool> { static constexpr WStringView kName = u"boolean"; };
+template <> struct Primitive<ItemType_decimal> : primitive_detail::Row<ItemType_decimal, CDecimal> { static constexpr WStringView kName = u"decimal"; };
+template <> struct Primitive<ItemType_integer> : primitive_detail::Row<ItemType_integer, CBigInteger> { static constexpr WStringView kName = u"integer"; };
+// clang-format on
+
+/// Calls `visit` with the row of `type`; returns false, without a call, for a type that is no primitive.
+template <class Visitor>
+bool VisitPrimitive(ItemType type, Visitor&& visit) {
+  constexpr int kFirst = ItemType_hexBinary, kCount = ItemType_integer - ItemType_hexBinary + 1;
+  return [&]<int... kIndex>(std::integer_sequence<int, kIndex...>) {
+    return ((type == kFirst + kIndex && (visit(Primitive<static_cast<ItemType>(kFirst + kIndex)>()), true)) || ...);
+  }
+  (std::make_integer_sequence<int, kCount>());
+}
+
+}  // namespace OvXmlLib16
