@@ -69,13 +69,13 @@ TEST(Conversions, HaveAFunctionForEachType) {
   for (const WStringView text :
        {u" 1 ", u"-7", u"300", u"1.250", u"true", u"INF", u"2000-01-02", u"--05", u"---05", u"--05-06", u"2000-05",
         u"2000", u"12:00:00", u"2000-01-02T12:00:00Z", u"PT1S", u"AAEC", u"x"}) {
-    for (const auto& [convert, type] : conversions) {
+    for (const auto& conversion : conversions) {
       OvVariant value;
       const WString expected = TextOrMessage(u"! ", [&] {
-        value.FromString(text, type, kCollapse);
+        value.FromString(text, conversion.type, kCollapse);
         return value.ToString(nullptr);
       });
-      EXPECT_EQ(TextOrMessage(u"! ", [&] { return convert(text); }), expected) << type;
+      EXPECT_EQ(TextOrMessage(u"! ", [&] { return conversion.convert(text); }), expected) << conversion.type;
     }
   }
   EXPECT_EQ(CConversions::r4ToString(0.5f, u"%.2f") + CConversions::r8ToString(0.25, u"%.1f"), u"0.500.2");
