@@ -10,20 +10,14 @@
 namespace OvXmlLib16 {
 namespace {
 
-static_assert(!std::is_base_of_v<std::exception, COvException>);
-
-TEST(OvException, AppendsThePathToItsMessage) {
-  const COvValidationException located(u"Bad value.", u"/a/b[2]/@c");
-  EXPECT_EQ(located.GetMessage(), u"Bad value.\nPath: /a/b[2]/@c");
-  EXPECT_EQ(located.GetPath(), u"/a/b[2]/@c");
-  EXPECT_EQ(COvException(u"Bad value.", WString()).GetMessage(), u"Bad value.");
-}
+static_assert(!std::is_base_of_v<std::exception, COvException> &&
+              std::is_base_of_v<COvValidationException, COvInvalidValueException> &&
+              std::is_base_of_v<COvValidationException, COvInvalidNamespaceException>);
 
 TEST(OvException, ChainsMessagesFromTheOutermostToTheCause) {
-  const COvException cause(u"cause");
-  const COvException middle(u"middle", u"/p", cause);
+  const COvException cause(u"cause", WString()), middle(u"middle", u"/p", cause);
+  EXPECT_EQ(middle.GetMessage(), u"middle\nPath: /p");
   EXPECT_EQ(COvInvalidValueException(u"outer", middle).GetFullMessage(), u"outer\nmiddle\nPath: /p\ncause");
-  EXPECT_EQ(cause.GetFullMessage(), u"cause");
 }
 
 // One row a class that can be thrown: wrapped, copied and outlived, it is still itself.
@@ -54,19 +48,12 @@ TYPED_TEST(OvExceptionFamily, KeepsItsTypeAsInnerException) {
   EXPECT_NE(dynamic_cast<const COvOverFlowException*>(kept->GetInnerException()), nullptr);
 }
 
-TEST(OvException, IsCaughtByItsBases) {
-  EXPECT_THROW(throw COvInvalidValueException(u"m"), COvValidationException);
-  EXPECT_THROW(throw COvInvalidNamespaceException(u"m", u"/p"), COvValidationException);
-  EXPECT_THROW(throw COvInvalidStateException(u"m"), COvException);
-}
-
 TEST(OvException, PrintsItsMessageAndItsPlaceInUtf8) {
   COvException exception(u"sch\u00F6n \xD800", COvException(u"cause"));
   const auto print = [&] { return (std::ostringstream() << exception).str(); };
   EXPECT_EQ(print(), "sch\xC3\xB6n \xEF\xBF\xBD\ncause");
   exception.SetPlace(12, 5);
   EXPECT_EQ(print(), "sch\xC3\xB6n \xEF\xBF\xBD\ncause (line 12, column 5)");
-  EXPECT_EQ(exception.GetFullMessage(), u"sch\u00F6n \xD800\ncause");
 }
 
 }  // namespace

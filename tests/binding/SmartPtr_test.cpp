@@ -24,20 +24,15 @@ TEST(SmartPtr, HoldsOneReferenceEach) {
     EXPECT_EQ(a.count * 10 + b.count, 20);
     second = none;
     EXPECT_TRUE(second == nullptr && first == &a && first != second && second == none && first != &b);
-    EXPECT_EQ(first->count, 1);
+    CSmartPtr<Counted>& same = first;
+    first = same;
+    first = std::move(same);
+    first = &a;
+    EXPECT_TRUE(first->count == 1 && !a.isDead);
     const CSmartPtr<Counted> moved(std::move(first));
     EXPECT_TRUE(first == nullptr && moved == &a && a.count == 1);
   }
   EXPECT_EQ(a.count + b.count, 0);
-}
-
-TEST(SmartPtr, SurvivesAssignmentToItself) {
-  Counted object;
-  CSmartPtr<Counted> pointer(&object), &same = pointer;
-  pointer = same;
-  pointer = &object;
-  pointer = std::move(same);
-  EXPECT_TRUE(object.count == 1 && !object.isDead);
 }
 
 }  // namespace

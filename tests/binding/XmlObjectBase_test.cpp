@@ -6,9 +6,11 @@
 
 #include "ovxmllib/platform/MessageBox.h"
 #include "tests/support/AnyObject.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/Documents.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Thrown.h"
+#include "tests/support/Vectors.h"
 
 namespace OvXmlLib16 {
 namespace {
@@ -43,21 +45,20 @@ TEST(XmlObjectBase, RefusesAnotherVersionAtEveryEntryPoint) {
   object.SetElementName(u"a");
   CXmlDocument document;
   document.LoadXml("<a/>");
-  const unsigned char bytes[] = {'<', 'a', '/', '>'};
+  const CBinaryData bytes = test::Data("<a/>");
+  const WString kMismatch =
+      u"Version Mismatch Error: Please ensure your generated code is the same version as this library ";
   const std::function<void()> entries[] = {
       [&] { object.FromXml("<a/>"); },
       [&] { object.FromXml(u"<a/>"); },
-      [&] { object.FromXmlStream(CBinaryData(bytes, 4)); },
-      [&] { object.FromXmlStream(bytes, 4); },
+      [&] { object.FromXmlStream(bytes); },
+      [&] { object.FromXmlStream(test::Bytes("<a/>"), 4); },
       [&] { object.FromXmlFile(in.c_str()); },
       [&] { object.FromXmlElement(document.GetDocumentElement()); },
       [&] { object.ToXml(); },
       [&] { object.ToXmlStream(); },
       [&] { object.ToXmlFile(out.c_str()); },
-      [&] {
-        AsyncToXmlFile(true);
-        object.ToXmlFile(out.c_str());
-      },
+      [&] { AsyncToXmlFile(true), object.ToXmlFile(out.c_str()); },
   };
   for (const auto& [major, minor, versions] : {std::tuple(15, 1, u"(Ovalin Runtime: v16.1, Generator: v15.1)"),
                                                std::tuple(16, 2, u"(Ovalin Runtime: v16.1, Generator: v16.2)")}) {
@@ -65,10 +66,7 @@ TEST(XmlObjectBase, RefusesAnotherVersionAtEveryEntryPoint) {
     for (const auto& entry : entries) {
       g_boxes.clear();
       EXPECT_EQ(MessageOf(entry), WString(u"Wrong Version ") + versions);
-      EXPECT_EQ(g_boxes,
-                std::vector{u"Version Mismatch Error: Please ensure your generated code is the same version as "
-                            u"this library " +
-                            WString(versions) + u"."});
+      EXPECT_EQ(g_boxes, std::vector{kMismatch + versions + u"."});
       AsyncToXmlFile(false);
     }
     EXPECT_FALSE(exists(folder / "out"));
@@ -107,18 +105,25 @@ TEST(XmlObjectBase, ReadsAnyElementAndReadsAgain) {
   EXPECT_EQ(test::TextOf(*document.GetDocumentElement()), u"a(b[c=1]'2')") << "the tree stays the caller's";
 }
 
-TEST(XmlObjectBase, ReadsTheFilesItWrites) {
-  const test::TemporaryFolder folder;
-  Probe object, again;
-  object.FromXml(("<a>" + test::Repeated("<b c='\xC3\xBC'>\xE2\x82\xAC</b>", 30) + "</a>").c_str());
-  for (const auto encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoHeader}) {
-    for (const auto compression : {CompressionType_None, CompressionType_GZip}) {
-      object.ToXmlFile(folder / "f", true, false, encoding, EOLType_LF, {}, compression);
-      EXPECT_EQ(MessageOf([&] { again.FromXmlFile(folder / "f"); }), u"(nothing was thrown)")
-          << encoding << compression;
-      EXPECT_TRUE(object == again);
-    }
-  }
+TEST(XmlObjectBase, ReadsWellWithDefaultArguments) {
+  CSmartPtr<test::AnyObject> object(new test::AnyObject), other(new test::AnyObject);
+  object->FromXml("<a b=''><c>\xC3\xBC</c></a>");
+  EXPECT_EQ(object->ToXml(), u"<?xml version=\"1.0\"?>\n<a b=\"\">\n\t<c>\u00FC</c>\n</a>\n");
+  EXPECT_EQ(test::TextOf(object->ToXmlStream()),
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<a b=\"\">\n\t<c>\xC3\xBC</c>\n</a>\n");
+  CSerializationContext context;
+  context.SetIndentChars(u"  ");
+  EXPECT_EQ(object->ToXml(/*header=*/false, /*formatted=*/true, EOLType_CRLF, context),
+            u"<a b=\"\">\r\n  <c>\u00FC</c>\r\n</a>\r\n");
+  context.SetIndentChars(u"");
+  EXPECT_EQ(object->ToXml(false, true, EOLType_LF, context), u"<a b=\"\">\n<c>\u00FC</c>\n</a>\n");
+
+  CXmlDocument document;
+  document.LoadXml("<a b=''><c>\xC3\xBC</c></a>");
+  other->FromXmlElement(document.GetDocumentElement());
+  EXPECT_EQ(*other, *object);
+  other->FromXml(object->ToXml(/*header=*/true, /*formatted=*/false).c_str());
+  EXPECT_EQ(*other, *object);
 }
 
 TEST(XmlObjectBase, LivesByItsReferences) {
@@ -128,9 +133,9 @@ TEST(XmlObjectBase, LivesByItsReferences) {
   EXPECT_EQ(object->AddRef(), 1);
   EXPECT_EQ(object->AddRef(), 2);
   auto* copy = new Probe(*object);
-  EXPECT_EQ(copy->GetElementName(), u"name");
   EXPECT_EQ(copy->AddRef(), 1) << "a copy starts with no reference";
   *copy = *object;
+  EXPECT_EQ(copy->GetElementName(), u"name");
   EXPECT_EQ(copy->Release(), 0);
   EXPECT_EQ(object->Release(), 1);
   EXPECT_EQ(Probe::living, before + 1);
@@ -139,31 +144,12 @@ TEST(XmlObjectBase, LivesByItsReferences) {
 }
 
 TEST(XmlObjectBase, MatchesNamespaceListsAsSpecified) {
-  const struct {
-    const WChar *allowed, *target;
-    std::vector<const WChar*> valid, invalid;
-  } cases[] = {
-      {u"##any", u"t", {u"", u"x", u"t"}, {}},
-      {u"##other", u"t", {u"x", u""}, {u"t"}},
-      {u"##other", u"", {u"x"}, {u""}},
-      {u"##local", u"t", {u""}, {u"x", u"t"}},
-      {u"##targetNamespace u", u"t", {u"t", u"u", u""}, {u"x", u"##targetNamespace"}},
-      {u"##targetNamespace", u"t", {u"t"}, {u""}},
-      {u"##targetNamespace", u"", {u""}, {u"x"}},
-      {u"##targetNamespace ", u"t", {u"t", u""}, {u"x"}},
-      {u"u v", u"t", {u"u", u"v", u""}, {u"t", u"u v"}},
-      {u"", u"t", {u""}, {u"t"}},
-      {u"u ##any", u"t", {u"x"}, {}},
-  };
-  for (const auto& [allowed, target, valid, invalid] : cases) {
-    for (const WChar* ns : valid) {
-      EXPECT_TRUE(Probe::IsNamespaceValid(ns, allowed, target)) << ToUtf8(allowed) << ToUtf8(ns);
-      Probe::TestNamespace(ns, allowed, target);
-    }
-    for (const WChar* ns : invalid) {
-      EXPECT_FALSE(Probe::IsNamespaceValid(ns, allowed, target)) << ToUtf8(allowed) << ToUtf8(ns);
-      EXPECT_THROW(Probe::TestNamespace(ns, allowed, target), COvInvalidNamespaceException);
-    }
+  for (const test::VectorRow& row : test::ReadVectors("binding/namespace_lists.vec", "lists")) {
+    const WString ns = row.Wide("namespace"), allowed = row.Wide("allowed"), target = row.Wide("target");
+    const auto test = [&] { Probe::TestNamespace(ns.c_str(), allowed.c_str(), target.c_str()); };
+    const bool valid = row["valid"] == "yes";
+    EXPECT_EQ(Probe::IsNamespaceValid(ns.c_str(), allowed.c_str(), target.c_str()), valid) << row.Place();
+    EXPECT_EQ(MessageOf<COvInvalidNamespaceException>(test) == u"(nothing was thrown)", valid) << row.Place();
   }
   EXPECT_EQ(MessageOf<COvInvalidNamespaceException>([] { Probe::TestNamespace(u"x", u"##local u", u"t"); }),
             u"Invalid namespace [x]. The namespace must be one of [##local u] where the target namespace is [t].");

@@ -2,64 +2,28 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <functional>
-#include <iterator>
-#include <typeinfo>
-
-#include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/foundation/OvZip.h"
 #include "tests/support/AnyObject.h"
+#include "tests/support/Bytes.h"
 #include "tests/support/Documents.h"
-#include "tests/support/TemporaryFolder.h"
+#include "tests/support/FileTest.h"
+#include "tests/support/Thrown.h"
 
 namespace OvXmlLib16 {
 namespace {
 
-using std::filesystem::directory_iterator;
 using std::filesystem::path;
 using test::AnyObject;
+using test::MessageOf;
 using test::ReadFile;
-
-std::ptrdiff_t CountDescriptors() { return std::distance(directory_iterator("/proc/self/fd"), directory_iterator()); }
-
-std::string TextOf(const CBinaryData& data) { return {data.GetData(), data.GetData() + data.GetLength()}; }
+using test::TextOf;
+using XmlFiles = test::FileTest;
 
 std::string Expanded(const std::string& bytes) {
-  const auto data = Decompress(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), /*maxBytes=*/0);
+  const auto data = Decompress(test::Bytes(bytes), bytes.size(), /*maxBytes=*/0);
   return data.has_value() ? TextOf(*data) : bytes;
 }
-
-CSmartPtr<AnyObject> Bound(const std::string& document) {
-  CSmartPtr<AnyObject> object(new AnyObject);
-  object->FromXml(document.c_str());
-  return object;
-}
-
-// The message of the COvException that `call` throws, with a word ahead if it is of a class below.
-WString Failure(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const COvException& exception) {
-    if (typeid(exception) == typeid(COvException)) return exception.GetMessage();
-    return (typeid(exception) == typeid(COvInvalidValueException) ? u"value: " : u"other: ") + exception.GetMessage();
-  }
-  return u"(nothing was thrown)";
-}
-
-// Each test ends with the switches off and as many open files as it began with.
-class XmlFiles : public testing::Test {
- protected:
-  void TearDown() override {
-    AsyncToXmlFile(false);
-    AsyncFromXmlFile(false);
-    EXPECT_EQ(CountDescriptors(), m_descriptors);
-  }
-
-  const std::ptrdiff_t m_descriptors = CountDescriptors();
-  const test::TemporaryFolder m_folder;
-};
 
 struct Form {
   XmlEncoding encoding = XmlEncoding_UTF8;
@@ -68,33 +32,20 @@ struct Form {
 };
 
 void WriteTo(const path& file, const AnyObject& object, const Form& form) {
-  object.ToXmlFile(file, /*header=*/true, /*formatted=*/false, form.encoding, form.eol,
-                   CSerializationContext::GetDefaultContext(), form.compression);
+  object.ToXmlFile(file, /*header=*/true, /*formatted=*/false, form.encoding, form.eol, {}, form.compression);
 }
 
 // Something of everything, some of it 100 times, so that it goes out in several pieces.
 CSmartPtr<AnyObject> LargeSample() {
-  CSmartPtr<AnyObject> sample = Bound(ToUtf8(test::kSample));
+  CSmartPtr<AnyObject> sample(new AnyObject);
+  sample->FromXml(test::kSample.data());
   const std::vector<CSmartPtr<AnyObject>> children = sample->children;
   for (int i = 0; i < 100; ++i) sample->children.insert(sample->children.end(), children.begin(), children.end());
   return sample;
 }
 
-std::vector<Form> AllForms() {
-  std::vector<Form> forms;
-  for (const EOLType eol : {EOLType_CRLF, EOLType_LF}) {
-    for (const XmlEncoding encoding : {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoHeader}) {
-      for (const CompressionType compression : {CompressionType_None, CompressionType_GZip, CompressionType_ZLib}) {
-        forms.push_back({encoding, compression, eol});
-      }
-    }
-  }
-  return forms;
-}
-
 CBinaryData StreamOf(const AnyObject& object, const Form& form) {
-  return object.ToXmlStream(/*header=*/true, /*formatted=*/false, form.encoding, form.eol,
-                            CSerializationContext::GetDefaultContext(), form.compression);
+  return object.ToXmlStream(/*header=*/true, /*formatted=*/false, form.encoding, form.eol, {}, form.compression);
 }
 
 TEST_F(XmlFiles, KeepTheTreeByEveryWay) {
@@ -104,7 +55,8 @@ TEST_F(XmlFiles, KeepTheTreeByEveryWay) {
   const std::string wrappers[] = {"", "\x1F\x8B", "\x78"};
   const CSmartPtr<AnyObject> sample = LargeSample();
   const path file = m_folder / "f\xC3\xBC";
-  for (const Form& form : AllForms()) {
+  for (int i = 0; i < 18; ++i) {
+    const Form form = {XmlEncoding(1 + i % 3), CompressionType(i / 3 % 3), EOLType(i / 9)};
     SCOPED_TRACE(testing::Message() << form.encoding << form.compression << form.eol);
     const bool isPlain = form.compression == CompressionType_None;
     const CBinaryData data = StreamOf(*sample, form);
@@ -125,10 +77,13 @@ TEST_F(XmlFiles, KeepTheTreeByEveryWay) {
         if (inChunks && !isPlain) continue;
         AsyncFromXmlFile(inChunks);
         AnyObject again;
-        EXPECT_EQ(Failure([&] { again.FromXmlFile(file.u16string().c_str()); }), u"(nothing was thrown)");
+        EXPECT_EQ(MessageOf([&] { again.FromXmlFile(file.u16string().c_str()); }), u"(nothing was thrown)");
         EXPECT_EQ(again, *sample);
       }
     }
+  }
+  for (const WStringView name : {u" CFileTextStream ", u" CFileBinaryStream "}) {
+    EXPECT_NE(test::MonitorLines(name), u"") << "counted under its own name";
   }
 }
 
@@ -149,7 +104,8 @@ class LateFault : public AnyObject {
 };
 
 TEST_F(XmlFiles, SayWhatFailedAndLeaveWhatWasWritten) {
-  const CSmartPtr<AnyObject> small = Bound("<a/>"), large = LargeSample();
+  const CSmartPtr<AnyObject> small(new AnyObject), large = LargeSample();
+  small->FromXml("<a/>");
   const LateFault throwing([](CXmlWriter& writer) {
     writer.WriteText(u"lost", ItemType_string);
     throw COvException(u"mine");
@@ -165,17 +121,15 @@ TEST_F(XmlFiles, SayWhatFailedAndLeaveWhatWasWritten) {
     WStringView message;
     std::string left;  // when it is written directly; otherwise nothing is touched
   } cases[] = {
-      {*large,
-       {XmlEncoding_UTF8, CompressionType_ZLib},
-       u"ZLIB Compression only available for To Stream methods.",
-       old},
+      {*large, {{}, CompressionType_ZLib}, u"ZLIB Compression only available for To Stream methods.", old},
       {*small, {XmlEncoding_UTF8, CompressionType_GZip}, u"Failed to compress data. [Error Code: 0]", old},
       {*small, {XmlEncoding_None}, u"Unknown Encoding, select UTF-8 (contact our support team)", ""},
       {*small, {static_cast<XmlEncoding>(4)}, u"Unknown Encoding, select UTF-8 (contact our support team)", ""},
       {*small, {XmlEncoding_UTF16, {}, static_cast<EOLType>(2)}, u"Invalid EOL type.", "\xFF\xFE"},
+      {*small, {XmlEncoding_UTF8, {}, static_cast<EOLType>(-1)}, u"Invalid EOL type.", ""},
       {throwing, {}, u"mine", begun},
       {unfinished, {}, u"An Element has not been closed.", begun + "kept"},
-      {unwritable, {}, u"value: The text holds the character U+0001 at position 4, which XML does not allow.", begun},
+      {unwritable, {}, u"The text holds the character U+0001 at position 4, which XML does not allow.", begun},
       {late, {}, u"Attributes must be added before elements", begun},
   };
   for (const auto& c : cases) {
@@ -185,61 +139,49 @@ TEST_F(XmlFiles, SayWhatFailedAndLeaveWhatWasWritten) {
         const path file = m_folder / "file";
         std::filesystem::remove(file);
         if (before == old) test::WriteFile(file, old);
-        EXPECT_EQ(Failure([&] { WriteTo(file, c.object, c.form); }), c.message);
+        EXPECT_EQ(MessageOf([&] { WriteTo(file, c.object, c.form); }), c.message);
         const std::string after = std::filesystem::exists(file) ? ReadFile(file) : none;
         EXPECT_EQ(after, directly && c.left != old ? c.left : before) << ToUtf8(c.message);
-        EXPECT_EQ(CountDescriptors(), m_descriptors) << ToUtf8(c.message);
+        EXPECT_TRUE(AllFilesAreClosed()) << ToUtf8(c.message);
       }
     }
     if (c.form.compression == CompressionType_ZLib) continue;
-    EXPECT_EQ(Failure([&] { StreamOf(c.object, c.form); }), c.message);
+    EXPECT_EQ(MessageOf([&] { StreamOf(c.object, c.form); }), c.message);
   }
 }
 
 TEST_F(XmlFiles, NameTheFileAndTheSystemsError) {
   const CSmartPtr<AnyObject> large = LargeSample();
-  const path folder = m_folder / "", missing = m_folder / "no/f\xC3\xBC", full = "/dev/full";
-  const auto named = [](WStringView what, const path& file, WStringView error) {
-    return WString(what) + u" the file [" + file.u16string() + u"] " + WString(error) + u"]";
-  };
-  const auto writing = [&](const path& file, WStringView number) {
-    return named(u"Failed to write data to", file, u"error [0x" + WString(number));
-  };
+  AnyObject object;
   const struct {
     path file;
-    XmlEncoding encoding;
-    WString finished, direct;
-  } writes[] = {
-      {folder, XmlEncoding_UTF8, writing(folder, u"00000015"), writing(folder, u"00000015")},
-      {missing, XmlEncoding_UTF16, writing(missing, u"00000002"), writing(missing, u"00000002")},
-      {full, XmlEncoding_UTF16, writing(full, u"0000001C"), writing(full, u"0000001C")},
-      {full, XmlEncoding_UTF8, writing(full, u"0000001C"), u"Failed to write data to the file. Error [0x0000001C]"},
-  };
-  for (const auto& w : writes) {
+    WString number;
+    WStringView reading;
+  } cases[] = {{m_folder / "", u"00000015", u"Failed to read the contents of"},
+               {m_folder / "no/f\xC3\xBC", u"00000002", u"Failed to open"},
+               {"", u"00000002", u"Failed to open"},
+               {"/dev/full", u"0000001C", {}}};
+  for (const auto& c : cases) {
+    const path& file = c.file;
+    const WString name = u" the file [" + file.u16string() + u"] ";
     for (const bool directly : {false, true}) {
       AsyncToXmlFile(directly);
-      EXPECT_EQ(Failure([&] { WriteTo(w.file, *large, {w.encoding}); }), directly ? w.direct : w.finished);
-      EXPECT_EQ(CountDescriptors(), m_descriptors);
+      AsyncFromXmlFile(directly);
+      EXPECT_EQ(MessageOf([&] { WriteTo(file, *large, {XmlEncoding_UTF16}); }),
+                u"Failed to write data to" + name + u"error [0x" + c.number + u"]");
+      if (!c.reading.empty()) {
+        EXPECT_EQ(MessageOf([&] { object.FromXmlFile(file); }),
+                  WString(c.reading) + name + u"Error [0x" + c.number + u"]");
+      }
+      EXPECT_TRUE(AllFilesAreClosed());
     }
   }
-  const std::pair<path, WString> reads[] = {
-      {folder, named(u"Failed to read the contents of", folder, u"Error [0x00000015")},
-      {missing, named(u"Failed to open", missing, u"Error [0x00000002")},
-      {"", named(u"Failed to open", "", u"Error [0x00000002")},
-  };
-  for (const auto& read : reads) {
-    for (const bool inChunks : {false, true}) {
-      AsyncFromXmlFile(inChunks);
-      AnyObject object;
-      EXPECT_EQ(Failure([&] { object.FromXmlFile(read.first); }), read.second);
-      EXPECT_EQ(CountDescriptors(), m_descriptors);
-    }
-  }
-  AnyObject object;
-  EXPECT_EQ(Failure([&] { object.FromXmlStream(CBinaryData()); }), u"XML Stream is empty!");
-  EXPECT_EQ(Failure([&] { object.FromXml(""); }), u"XML String is empty!");
-  EXPECT_EQ(Failure([&] { large->ToXmlFile(u"\xD800"); }),
-            u"value: The text holds the unpaired surrogate U+D800 at position 0.");
+  EXPECT_EQ(MessageOf([&] { WriteTo("/dev/full", *large, {}); }),
+            u"Failed to write data to the file. Error [0x0000001C]");
+  EXPECT_EQ(MessageOf([&] { object.FromXmlStream(CBinaryData()); }), u"XML Stream is empty!");
+  EXPECT_EQ(MessageOf([&] { object.FromXml(""); }), u"XML String is empty!");
+  EXPECT_EQ(MessageOf([&] { large->ToXmlFile(u"\xD800"); }),
+            u"The text holds the unpaired surrogate U+D800 at position 0.");
 }
 
 }  // namespace

@@ -4,11 +4,10 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include "ovxmllib/foundation/DebugTrace.h"
+#include "tests/support/Documents.h"
 
 namespace OvXmlLib16 {
 namespace {
@@ -18,25 +17,6 @@ class CNamed : public CInstanceMonitor {
   explicit CNamed(const WChar* name) : CInstanceMonitor(name) {}
 };
 
-class CRecorded : public CInstanceMonitor {
- public:
-  CRecorded() : CInstanceMonitor(Record()) {}
-  static ClassType& Record() {
-    static ClassType& record = FindClass(u"CRecorded");
-    return record;
-  }
-  static void ForgetMany(int count) { Forget(Record(), count); }
-};
-
-// The line of a class, without the line feed; empty where there is none.
-WString LineOf(const WString& className) {
-  const WString report = CInstanceMonitor::DumpState() + u"\n";
-  const std::size_t name = report.find(u" " + className + u" = ");
-  if (name == WString::npos) return {};
-  const std::size_t start = report.rfind(u'\n', name) + 1;
-  return report.substr(start, report.find(u'\n', name) - start);
-}
-
 // The counts are the process's: each test starts them anew.
 class InstanceMonitor : public testing::Test {
  protected:
@@ -44,42 +24,17 @@ class InstanceMonitor : public testing::Test {
 };
 using ThreadsInstanceMonitor = InstanceMonitor;
 
-TEST_F(InstanceMonitor, CountsInstancesByName) {
-  auto first = std::make_unique<CNamed>(u"CFoo");
-  auto second = std::make_unique<CNamed>(u"CFoo");
-  first.reset();
-  EXPECT_EQ(LineOf(u"CFoo"), u"--> CFoo = 1/2");
-  second.reset();
-  EXPECT_EQ(LineOf(u"CFoo"), u"    CFoo = 0/2");
-}
-
-TEST_F(InstanceMonitor, CopiesCountAndAssignmentsDoNot) {
-  const CNamed original(u"CCopied");
-  CNamed copy(original);
-  const CNamed other(u"CAssigned");
-  copy = other;
-  EXPECT_EQ(LineOf(u"CCopied"), u"--> CCopied = 2/2");
-  EXPECT_EQ(LineOf(u"CAssigned"), u"--> CAssigned = 1/1");
-}
-
-TEST_F(InstanceMonitor, ForgetsManyAtOnce) {
-  {
-    const CRecorded kept;
-    alignas(CRecorded) unsigned char pool[3][sizeof(CRecorded)];
-    for (auto& place : pool) new (place) CRecorded;  // as an owner that frees a pool without destroying what is in it
-    CRecorded::ForgetMany(3);
-    EXPECT_EQ(LineOf(u"CRecorded"), u"--> CRecorded = 1/4");
-  }
-  EXPECT_EQ(LineOf(u"CRecorded"), u"    CRecorded = 0/4");
-}
-
 TEST_F(InstanceMonitor, ReportsInOrderOfFirstAppearance) {
   const WString head = u"Instances of classes still in existence/Total Number of instances created\n";
   EXPECT_EQ(CInstanceMonitor::DumpState(), head);
-  const CNamed z(u"CZ");
-  { const CNamed a(u"CA"); }
-  { const CNamed again(u"CZ"); }
-  EXPECT_EQ(CInstanceMonitor::DumpState(), head + u"--> CZ = 1/2\n    CA = 0/1");
+  auto z = std::make_unique<CNamed>(u"CZ");
+  const CNamed a(u"CA");
+  CNamed copy(*z);
+  copy = a;
+  EXPECT_EQ(CInstanceMonitor::DumpState(), head + u"--> CZ = 2/2\n--> CA = 1/1") << "assignment changes nothing";
+  { const CNamed again(u"CZ"), other(u"CB"); }
+  z.reset();
+  EXPECT_EQ(CInstanceMonitor::DumpState(), head + u"--> CZ = 1/3\n--> CA = 1/1\n    CB = 0/1");
 }
 
 // More classes than a thread has places of its own for.
@@ -88,7 +43,7 @@ TEST_F(InstanceMonitor, CountsAnyNumberOfClasses) {
     const WString name = u"CMany" + ToWide(std::to_string(i));
     const CNamed kept(name.c_str());
     std::thread([&] { CNamed(name.c_str()); }).join();
-    EXPECT_EQ(LineOf(name), u"--> " + name + u" = 1/2");
+    EXPECT_EQ(test::MonitorLines(name + u" "), u"--> " + name + u" = 1/2");
   }
 }
 
@@ -106,11 +61,11 @@ TEST_F(ThreadsInstanceMonitor, KeepsTheCountsOfThreadsThatEnded) {
     });
   }
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(LineOf(u"CThreaded"), u"--> CThreaded = 6/3000");
+  EXPECT_EQ(test::MonitorLines(u"CThreaded"), u"--> CThreaded = 6/3000");
   left.clear();  // on another thread than made them
   done = true;
   reader.join();
-  EXPECT_EQ(LineOf(u"CThreaded"), u"    CThreaded = 0/3000");
+  EXPECT_EQ(test::MonitorLines(u"CThreaded"), u"    CThreaded = 0/3000");
 }
 
 std::vector<WString> g_pieces;

@@ -1,16 +1,65 @@
-#include "ovxmllib/foundation/TextStream.h"
+// The sinks of text: the buffer, the stream over it, and its file.
 
 #include <gtest/gtest.h>
 
 #include "ovxmllib/foundation/Encoder.h"
-#include "ovxmllib/foundation/FileBinaryStream.h"
 #include "ovxmllib/foundation/FileTextStream.h"
+#include "tests/support/FileTest.h"
 #include "tests/support/Thrown.h"
 
 namespace OvXmlLib16 {
 namespace {
 
 using test::MessageOf;
+using FileStreams = test::FileTest;
+
+constexpr std::size_t kCapacity = 4095;
+
+WString Pattern(std::size_t length) {
+  WString result(length, u'\0');
+  for (std::size_t i = 0; i < length; ++i) result[i] = static_cast<WChar>(u'!' + i % 89);
+  return result;
+}
+
+std::size_t CountBlocks(const CStringBuffer& buffer) {
+  std::size_t count = 0;
+  buffer.VisitBlocks([&](WStringView) { ++count; });
+  return count;
+}
+
+TEST(StringBuffer, KeepsTheTextOverBlockBorders) {
+  const WString text = Pattern(3 * kCapacity + 2);
+  for (const std::size_t step : {1u, 2u, 3u, 7u, 4094u, 4095u, 4096u, 12286u}) {
+    CStringBuffer buffer;
+    for (std::size_t i = 0; i < text.size(); i += step) {
+      step == 1 ? buffer.Append(text[i]) : buffer.Append(WStringView(text).substr(i, step));
+    }
+    EXPECT_EQ(buffer.GetLength(), text.size());
+    EXPECT_EQ(buffer.GetText(), text);
+    EXPECT_EQ(CountBlocks(buffer), 4u) << "each but the last is full";
+    EXPECT_EQ(buffer.GetString(), text);
+    EXPECT_EQ(CountBlocks(buffer), 1u);
+    buffer.Append(buffer.GetText());
+    EXPECT_EQ(buffer.GetString(), text + text);
+    buffer.Reset();
+    EXPECT_EQ(buffer.GetString(), WString());
+  }
+}
+
+TEST(StringBuffer, GivesRoomInOnePiece) {
+  for (const std::size_t blockSize : {0u, 1u, 2u, 5u, 4096u}) {
+    CStringBuffer buffer(blockSize);
+    WString expected;
+    for (const std::size_t room : {0u, 3u, 4092u, 1u, 12285u, 4095u}) {
+      const WString text = Pattern(room - room / 3);
+      WChar* const out = buffer.Reserve(room);
+      buffer.Commit(out + text.copy(out, text.size()));
+      buffer.Append(u"+");
+      expected += text + u"+";
+      EXPECT_EQ(buffer.GetText(), expected);
+    }
+  }
+}
 
 constexpr XmlEncoding kEncodings[] = {XmlEncoding_UTF8, XmlEncoding_UTF16, XmlEncoding_UTF16NoHeader};
 
@@ -82,28 +131,20 @@ TEST(TextStream, LetsNothingOutThatNoDocumentCanHold) {
       {u"ab\xD800\xD801\xDC00", u"The text holds the unpaired surrogate U+D800 at position 2."},
       {u"abcdefghijk\U0001F600\xDBFF", u"The text holds the unpaired surrogate U+DBFF at position 13."},
   };
-  void (*const exits[])(CTextStream&) = {
-      [](CTextStream& stream) { stream.GetString(); },
-      [](CTextStream& stream) { stream.GetText(); },
-      [](CTextStream& stream) { stream.GetBytes(); },
-  };
   for (const auto& fault : cases) {
     for (std::size_t step = 1; step <= fault.text.size(); ++step) {
-      for (const auto exit : exits) {
-        for (const XmlEncoding encoding : kEncodings) {
-          CTextStream stream(encoding);
-          const auto write = [&] {
-            WriteInSteps(stream, fault.text, step);
-            exit(stream);
-          };
-          EXPECT_EQ(MessageOf<COvInvalidValueException>(write), fault.expected) << step;
-        }
+      for (int exit = 0; exit < 12; ++exit) {
+        CTextStream stream(static_cast<XmlEncoding>(exit % 4));
+        const auto write = [&] {
+          WriteInSteps(stream, fault.text, step);
+          if (exit / 4 == 0) stream.GetString();
+          if (exit / 4 == 1) stream.GetText();
+          if (exit / 4 == 2) stream.GetBytes();
+        };
+        if (exit == 8) continue;  // no bytes without an encoding
+        EXPECT_EQ(MessageOf<COvInvalidValueException>(write), fault.expected) << step;
       }
     }
-    CTextStream wide;
-    WriteInSteps(wide, fault.text, 2);
-    EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { wide.GetString(); }), fault.expected);
-    EXPECT_EQ(MessageOf<COvInvalidValueException>([&] { wide.GetText(); }), fault.expected);
   }
 }
 
@@ -118,15 +159,34 @@ TEST(TextStream, RefusesBytesInAnUnknownEncodingButLosesNothing) {
   }
 }
 
-TEST(Streams, AreMonitoredUnderTheirOwnNames) {
-  const CTextStream text;
-  const CFileTextStream textFile("f", XmlEncoding_UTF8);
-  const CBinaryStream binary;
-  const CFileBinaryStream binaryFile("f", XmlEncoding_UTF8);
-  const WString report = CInstanceMonitor::DumpState();
-  for (const WString name : {u"CTextStream", u"CFileTextStream", u"CBinaryStream", u"CFileBinaryStream"}) {
-    EXPECT_NE(report.find(u"--> " + name + u" = 1/"), WString::npos) << ToUtf8(report);
+TEST_F(FileStreams, CloseTheFileWhenAPieceFails) {
+  for (const bool inClose : {false, true}) {
+    CFileTextStream stream("/dev/full", XmlEncoding_UTF8);
+    stream.Open();
+    stream.Write(u"text");
+    EXPECT_EQ(MessageOf([&] { inClose ? stream.Close() : stream.Flush(); }),
+              u"Failed to write data to the file. Error [0x0000001C]");
+    EXPECT_TRUE(AllFilesAreClosed());
+    stream.Write(u"more");
+    EXPECT_EQ(MessageOf([&] { stream.Close(); }), u"Failed to write data to the file. Error [0x00000009]");
   }
+}
+
+// Behind the whole part of a text that ends in half of a pair.
+TEST_F(FileStreams, LeaveThePartThatWasWritten) {
+  CFileTextStream stream(m_folder / "f", XmlEncoding_UTF8);
+  stream.Open();
+  stream.Write(u"one ");
+  stream.Flush();
+  stream.Write(u"two\xD800");
+  EXPECT_TRUE(MessageOf<COvInvalidValueException>([&] { stream.Close(); }).ends_with(u"at position 7."));
+  EXPECT_TRUE(AllFilesAreClosed());
+  EXPECT_EQ(test::ReadFile(m_folder / "f"), "one two");
+  stream.Open();
+  stream.Write(u"lost");
+  stream.Open();
+  stream.Close();
+  EXPECT_EQ(test::ReadFile(m_folder / "f"), "");
 }
 
 }  // namespace

@@ -3,22 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Thrown.h"
+#include "tests/support/Vectors.h"
 
 namespace OvXmlLib16 {
 namespace {
-
-const struct {
-  WString byNumber[4];  // as given, then by the rules 1 to 3
-} kCases[] = {
-    {{u"", u"", u"", u""}},
-    {{u"plain text", u"plain text", u"plain text", u"plain text"}},
-    {{u" \t\r\n\n\r ", u" \t\n\n\n ", u"      ", u""}},
-    {{u" a \t\r\n b ", u" a \t\n b ", u" a    b ", u"a b"}},
-    {{u"a\r\nb\rc\n", u"a\nb\nc\n", u"a b c ", u"a b c"}},
-    {{u"\r\r\n\n\r", u"\n\n\n\n", u"    ", u""}},
-    // What other standards count as white space is none here.
-    {{u"\u00A0\v \u3000\x85", u"\u00A0\v \u3000\x85", u"\u00A0\v \u3000\x85", u"\u00A0\v \u3000\x85"}},
-};
 
 TEST(WhitespaceUtils, AppliesTheRulesByNumber) {
   const auto apply = [](int rule, WStringView value) {
@@ -28,8 +16,11 @@ TEST(WhitespaceUtils, AppliesTheRulesByNumber) {
     EXPECT_EQ(CWhitespaceUtils::ApplyRule(byNumber, value, scratch), result);
     return result;
   };
-  for (const auto& row : kCases) {
-    for (int rule = 0; rule < 4; ++rule) EXPECT_EQ(apply(rule, row.byNumber[0]), row.byNumber[rule]) << rule;
+  const char* const columns[] = {"value", "preserve", "replace", "collapse"};
+  for (const test::VectorRow& row : test::ReadVectors("foundation/whitespace.vec", "rules")) {
+    for (int rule = 0; rule < 4; ++rule) {
+      EXPECT_EQ(apply(rule, row.Wide("value")), row.Wide(columns[rule])) << row.Place();
+    }
   }
   EXPECT_EQ(test::MessageOf([&] { apply(-1, u""); }), u"Unknown WhitespaceRule");
   EXPECT_EQ(test::MessageOf([&] { apply(4, u""); }), u"Unknown WhitespaceRule");

@@ -5,6 +5,7 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/foundation/OvZip.h"
+#include "tests/support/Bytes.h"
 
 namespace OvXmlLib16::test {
 
@@ -36,8 +37,7 @@ std::string Utf16(WStringView text, bool bigEndian) {
 }
 
 std::string Packed(const std::string& bytes, CompressionType type) {
-  const CBinaryData data = Compress(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), type);
-  return {data.GetData(), data.GetData() + data.GetLength()};
+  return TextOf(Compress(Bytes(bytes), bytes.size(), type));
 }
 
 namespace {

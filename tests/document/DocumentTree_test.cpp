@@ -1,14 +1,39 @@
-#include "ovxmllib/document/NodePool.h"
+// What the tree keeps its nodes and their names in.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <random>
+#include <set>
+
+#include "ovxmllib/document/NameTable.h"
+#include "ovxmllib/document/NodePool.h"
 
 namespace OvXmlLib16 {
 namespace {
+
+// In any order: the table expects a name behind the one it was behind before.
+TEST(NameTable, KeepsEachNameOnce) {
+  NameTable names;
+  for (int round = 0; round < 2; ++round) {
+    std::mt19937 random(1);
+    std::vector<const ExpandedName*> known(1000);
+    for (int i = 0; i < 20'000; ++i) {
+      const auto index = random() % known.size();
+      const std::string local = "n" + std::to_string(index / 3) + std::string(index / 3 % 50, 'x');
+      const std::string uri = "urn:" + std::to_string(index % 3);
+      const ExpandedName& name = names.Intern(index % 3 == 0 ? local : uri + "|" + local, 0);
+      if (known[index] == nullptr) known[index] = &name;
+      ASSERT_EQ(known[index], &name);
+      ASSERT_EQ(name.localName, ToWide(local));
+      ASSERT_EQ(*name.namespaceURI, index % 3 == 0 ? WString() : ToWide(uri));
+    }
+    EXPECT_EQ(known[1]->namespaceURI, known[4]->namespaceURI);
+    EXPECT_EQ(std::set(known.begin(), known.end()).size(), known.size());
+    names.Clear();
+  }
+}
 
 struct Piece {
   unsigned char* data;
@@ -34,6 +59,8 @@ TEST(NodePool, KeepsWhatIsNotRewound) {
       pieces.resize(marks.back().second, Piece());
     } else if (action == 2 && !pieces.empty() && (marks.empty() || marks.back().second < pieces.size())) {
       Piece& last = pieces.back();
+      const Piece& first = pieces.front();
+      EXPECT_TRUE(pieces.size() == 1 || !pool.Extend(first.data, first.bytes, first.bytes + 300));
       if (!pool.Extend(last.data, last.bytes, last.bytes + bytes)) continue;
       std::memset(last.data, last.fill, last.bytes += bytes);
     } else {
@@ -45,22 +72,6 @@ TEST(NodePool, KeepsWhatIsNotRewound) {
     const std::size_t checked = std::min<std::size_t>(pieces.size(), step % 1000 == 0 ? pieces.size() : 3);
     ASSERT_TRUE(std::all_of(pieces.end() - static_cast<int>(checked), pieces.end(), std::mem_fn(&Piece::IsIntact)));
   }
-}
-
-TEST(NodePool, UsesRewoundMemoryAgain) {
-  NodePool pool;
-  const NodePool::Mark empty = pool.GetMark();
-  void* const first = pool.Allocate(1);
-  for (int i = 0; i < 2000; ++i) pool.Allocate(1000);
-  pool.Rewind(empty);
-  EXPECT_EQ(pool.Allocate(1), first);
-  const NodePool::Mark mark = pool.GetMark();
-  void* const second = pool.Allocate(16);
-  EXPECT_FALSE(pool.Extend(first, 1, 100)) << "not the last";
-  EXPECT_TRUE(pool.Extend(second, 16, 24));
-  EXPECT_FALSE(pool.Extend(second, 24, 1'000'000)) << "no slab is so large";
-  pool.Rewind(mark);
-  EXPECT_EQ(pool.Allocate(16), second);
 }
 
 }  // namespace
