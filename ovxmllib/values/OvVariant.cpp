@@ -4,6 +4,7 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/collections/XmlCollectionBase.h"
 #include "ovxmllib/values/PrimitiveText.h"
 
 namespace OvXmlLib16 {
@@ -81,6 +82,17 @@ CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
   assert(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection);
   const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
   return object == nullptr ? CSmartPtr<CXmlObjectBase>() : *object;
+}
+
+void OvVariant::SetXmlCollection(CXmlCollectionBase* collection) {
+  SetXmlObject(collection);
+  m_type = ItemType_XmlCollection;
+}
+
+CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
+  CXmlObjectBase* const object = GetXmlObject();
+  assert(m_type == ItemType_XmlCollection && object != nullptr);
+  return m_type == ItemType_XmlCollection ? static_cast<CXmlCollectionBase*>(object) : nullptr;
 }
 
 }  // namespace OvXmlLib16

@@ -15,6 +15,8 @@
 
 namespace OvXmlLib16 {
 
+class CXmlCollectionBase;
+
 /// The shuttle between a property and the metadata: a reader fills one from text and hands it to the property's setter,
 /// a writer gets one from the getter and prints it.
 ///
@@ -121,7 +123,11 @@ struct OVXMLLIB_API OvVariant {
   CBigInteger GetInteger() const { return Get<ItemType_integer>(); }
   /// Takes a reference to the object, which may be null.
   void SetXmlObject(CXmlObjectBase* object);
+  /// The object, of a variant that holds a collection the collection.
   CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+  /// Takes a reference to the collection. Null is allowed, but must not be asked for.
+  void SetXmlCollection(CXmlCollectionBase* collection);
+  CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
   /// \}
 
   /// The value of a type known at compile time, valid until the variant changes; as the getters, for generic code.

@@ -125,14 +125,56 @@ bool Holds(WStringView name, const typename Primitive<kType>::Value& value, cons
 
 }  // namespace
 
+template <ItemType kType>
+void CheckPrimitive(WStringView name, const typename Primitive<kType>::Value& value,
+                    const CPrimitiveRestrictions& facets) {
+  if (!Holds<kType>(name, value, facets)) ThrowInvalid<kType>(name, value);
+}
+
+// clang-format off
+template void CheckPrimitive<ItemType_hexBinary>(WStringView, const Primitive<ItemType_hexBinary>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_base64Binary>(WStringView, const Primitive<ItemType_base64Binary>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_i1>(WStringView, const Primitive<ItemType_i1>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_i2>(WStringView, const Primitive<ItemType_i2>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_i4>(WStringView, const Primitive<ItemType_i4>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_i8>(WStringView, const Primitive<ItemType_i8>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_ui1>(WStringView, const Primitive<ItemType_ui1>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_ui2>(WStringView, const Primitive<ItemType_ui2>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_ui4>(WStringView, const Primitive<ItemType_ui4>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_ui8>(WStringView, const Primitive<ItemType_ui8>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_r4>(WStringView, const Primitive<ItemType_r4>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_r8>(WStringView, const Primitive<ItemType_r8>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_duration>(WStringView, const Primitive<ItemType_duration>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_yearMonth>(WStringView, const Primitive<ItemType_yearMonth>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_monthDay>(WStringView, const Primitive<ItemType_monthDay>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_year>(WStringView, const Primitive<ItemType_year>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_month>(WStringView, const Primitive<ItemType_month>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_day>(WStringView, const Primitive<ItemType_day>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_date>(WStringView, const Primitive<ItemType_date>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_datetime>(WStringView, const Primitive<ItemType_datetime>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_time>(WStringView, const Primitive<ItemType_time>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_string>(WStringView, const Primitive<ItemType_string>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_boolean>(WStringView, const Primitive<ItemType_boolean>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_decimal>(WStringView, const Primitive<ItemType_decimal>::Value&, const CPrimitiveRestrictions&);
+template void CheckPrimitive<ItemType_integer>(WStringView, const Primitive<ItemType_integer>::Value&, const CPrimitiveRestrictions&);
+// clang-format on
+
+bool HasFacets(const CPrimitiveRestrictions& facets) noexcept {
+  const auto hasText = [](const WString& facet) { return !facet.empty(); };
+  const auto hasNumber = [](std::int32_t facet) { return facet != -1; };
+  return hasText(facets.m_pattern) || hasNumber(facets.m_minLength) || hasNumber(facets.m_maxLength) ||
+         hasText(facets.m_minInclusive) || hasText(facets.m_maxInclusive) || hasText(facets.m_minExclusive) ||
+         hasText(facets.m_maxExclusive) || hasNumber(facets.m_length) || hasNumber(facets.m_totalDigits) ||
+         hasNumber(facets.m_fractionDigits);
+}
+
 void CheckPrimitiveValue(const WChar* name, const OvVariant& value, ItemType type,
                          const CPrimitiveRestrictions& facets) {
   bool isChecked = false;
   VisitPrimitive(type, [&](auto row) {
     if constexpr (row.kType != ItemType_char) {
       isChecked = true;
-      const auto& held = value.Get<row.kType>();
-      if (!Holds<row.kType>(ViewOf(name), held, facets)) ThrowInvalid<row.kType>(ViewOf(name), held);
+      CheckPrimitive<row.kType>(ViewOf(name), value.Get<row.kType>(), facets);
     }
   });
   if (!isChecked) throw COvInvalidValueException(u"Unknown type [" + value.GetType() + u"].");

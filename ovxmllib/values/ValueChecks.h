@@ -5,6 +5,7 @@
 #include "ovxmllib/foundation/WideString.h"
 #include "ovxmllib/values/OvVariant.h"
 #include "ovxmllib/values/PrimitiveRestrictions.h"
+#include "ovxmllib/values/PrimitiveRows.h"
 
 namespace OvXmlLib16 {
 
@@ -25,5 +26,13 @@ namespace OvXmlLib16 {
 /// throws.
 void CheckPrimitiveValue(const WChar* name, const OvVariant& value, ItemType type,
                          const CPrimitiveRestrictions& facets);
+
+/// The same for a value of a type known at compile time, any primitive type but `char`.
+template <ItemType kType>
+void CheckPrimitive(WStringView name, const typename Primitive<kType>::Value& value,
+                    const CPrimitiveRestrictions& facets);
+
+/// Whether there is any facet to check.
+bool HasFacets(const CPrimitiveRestrictions& facets) noexcept;
 
 }  // namespace OvXmlLib16
