@@ -9,6 +9,7 @@
 #include "bench/Roads.h"
 #include "bench/WriterScript.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/collections/Element.h"
 #include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/document/XmlTextWriter.h"
 #include "ovxmllib/foundation/OvZip.h"
@@ -54,6 +55,19 @@ void ReadDropping(std::string_view document) {
   CXmlDocument(isChildOfRoot).LoadXmlStream(Bytes(document), document.size());
 }
 
+CSmartPtr<CElement> ReadElement(std::string_view document) {
+  CSmartPtr<CElement> element(new CElement(u"root"));
+  element->FromXmlStream(Bytes(document), document.size());
+  return element;
+}
+
+Pass PrepareElementWrite(std::string_view document) {
+  return [element = ReadElement(document)] {
+    const CBinaryData bytes = element->ToXmlStream(/*header=*/true, /*formatted=*/false);
+    if (bytes.GetLength() == 0) throw COvException(u"Nothing was written.");
+  };
+}
+
 Pass PrepareWrite(std::string_view document, XmlEncoding encoding) {
   return [script = std::make_shared<const WriterScript>(document), encoding] {
     CTextStream stream(encoding);
@@ -82,19 +96,40 @@ std::shared_ptr<const void> KeepTree(std::string_view document) {
   return tree;
 }
 
+/// What is there at the end of reading, when the document's tree has not gone yet.
+std::shared_ptr<const void> KeepElementAndTree(std::string_view document) {
+  struct Kept {
+    CXmlDocument tree;
+    CSmartPtr<CElement> element{new CElement(u"root")};
+  };
+  const auto kept = std::make_shared<Kept>();
+  kept->tree.LoadXmlStream(Bytes(document), document.size());
+  kept->element->FromXmlElement(kept->tree.GetDocumentElement());
+  return kept;
+}
+
+std::shared_ptr<const void> KeepElement(std::string_view document) {
+  return std::make_shared<CSmartPtr<CElement>>(ReadElement(document));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  CXmlObjectBase::Register(16, 1);
   AddRoad("ExpatNs", [](std::string_view document) { FeedExpat(MakeExpatNs().get(), document); });
   AddRoad("ExpatNsIdleHandlers", ParseWithIdleHandlers);
   AddRoad("Tree", ReadTree);
   AddRoad("TreeDropping", ReadDropping);
+  AddRoad("ElementRead", [](std::string_view document) { ReadElement(document); });
+  AddPreparedRoad("ElementWrite", PrepareElementWrite);
   AddPreparedRoad("WriteUtf8", [](std::string_view d) { return PrepareWrite(d, XmlEncoding_UTF8); });
   AddPreparedRoad("WriteUtf16", [](std::string_view d) { return PrepareWrite(d, XmlEncoding_UTF16); });
   AddPreparedRoad("WriteText", [](std::string_view d) { return PrepareWrite(d, XmlEncoding_None); });
   AddRoad("Gzip", Gzip);
   AddPreparedRoad("TreeFromGzip", PrepareReadGzip);
   AddHeapFigure("TreeHeap", KeepTree);
+  AddHeapFigure("ElementHeap", KeepElement);
+  AddHeapFigure("ElementReadPeakHeap", KeepElementAndTree);
   AddPieceSizes();
   return RunRoads(argc, argv);
 }

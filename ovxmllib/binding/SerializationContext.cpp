@@ -1,10 +1,39 @@
 #include "ovxmllib/binding/SerializationContext.h"
 
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/collections/AttributeCol.h"
 
 namespace OvXmlLib16 {
 
 CSerializationContext CSerializationContext::m_defaultContext;
+
+CSerializationContext::RootAttributes::RootAttributes(const RootAttributes& other)
+    : m_made(other.m_made.load(std::memory_order_acquire)) {
+  if (CAttributeCol* const shared = m_made) shared->AddRef();
+}
+
+CSerializationContext::RootAttributes& CSerializationContext::RootAttributes::operator=(const RootAttributes& other) {
+  RootAttributes copy(other);
+  copy.m_made = m_made.exchange(copy.m_made);
+  return *this;
+}
+
+CSerializationContext::RootAttributes::~RootAttributes() {
+  if (CAttributeCol* const made = m_made) made->Release();
+}
+
+CAttributeCol* CSerializationContext::RootAttributes::Get() const {
+  CAttributeCol* made = m_made.load(std::memory_order_acquire);
+  if (made != nullptr) return made;
+  CSmartPtr<CAttributeCol> mine(new CAttributeCol(u"", u"##any", u""));
+  if (!m_made.compare_exchange_strong(made, mine, std::memory_order_acq_rel)) return made;  // another thread was first
+  mine->AddRef();
+  return mine;
+}
+
+CSmartPtr<CAttributeCol> CSerializationContext::GetAdditionalRootAttributes() const {
+  return m_additionalRootAttributes.Get();
+}
 
 void CSerializationContext::SetIgnoreMissingMandatoryElements(bool ignore) {
   if (ignore && m_bIgnoreUnknownElements) {

@@ -1,19 +1,24 @@
 // The options of one read or one write.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include "ovxmllib/binding/Enumerations.h"
 #include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/SmartPtr.h"
+#include "ovxmllib/document/NamespaceAliasMap.h"
 #include "ovxmllib/foundation/WideString.h"
 
 namespace OvXmlLib16 {
 
+class CAttributeCol;
+
 /// All options of reading and writing. A context is handed to every entry point by reference, is not copied by it and
 /// must outlive the call. Any number of threads may use one context at a time as long as nobody changes it. A copy has
-/// everything of its source and shares nothing with it.
+/// everything of its source and shares nothing with it but the additional root attributes.
 class OVXMLLIB_API CSerializationContext {
  public:
   CSerializationContext() = default;
@@ -24,12 +29,21 @@ class OVXMLLIB_API CSerializationContext {
   /// The context that is used where none is given. Change it before threads start, if at all.
   static CSerializationContext& GetDefaultContext() noexcept { return m_defaultContext; }
 
-  // The next three are written by the root object, which a generated class does; a class written by hand passes them to
+  // The next five are written by the root object, which a generated class does; a class written by hand passes them to
   // its writer itself.
 
   /// The default namespace that is declared on the root element of output; empty for none.
   WString GetDefaultNamespaceURI() const { return m_strDefaultNamespaceURI; }
   void SetDefaultNamespaceURI(const WChar* uri) { m_strDefaultNamespaceURI = ViewOf(uri); }
+
+  /// The aliases that are declared on the root element of output.
+  const CNamespaceAliasMap& GetNamespaceAliases() const noexcept { return m_namespaceAliases; }
+  CNamespaceAliasMap& GetNamespaceAliases() noexcept { return m_namespaceAliases; }
+
+  /// Written on the root element ahead of its own attributes. Any namespace is allowed. The collection is made at the
+  /// first call, which several threads may do at once, and then stays the same; copies of this context that are made
+  /// later share it. Throws std::bad_alloc.
+  CSmartPtr<CAttributeCol> GetAdditionalRootAttributes() const;
 
   /// Written ahead of the root element, each as it stands, delimiters included (`<?pi data?>`); not checked.
   const std::vector<WString>& GetProcessingInstructions() const noexcept { return m_processingInstructions; }
@@ -138,10 +152,26 @@ class OVXMLLIB_API CSerializationContext {
   void SetUntrustedInput() noexcept;
 
  private:
+  // A reference to a collection that the first to ask for makes. Copies refer to the same collection.
+  class RootAttributes {
+   public:
+    RootAttributes() noexcept = default;
+    RootAttributes(const RootAttributes& other);
+    RootAttributes& operator=(const RootAttributes& other);
+    ~RootAttributes();
+
+    CAttributeCol* Get() const;
+
+   private:
+    mutable std::atomic<CAttributeCol*> m_made = nullptr;  // one reference is owned
+  };
+
   static CSerializationContext m_defaultContext;
 
   WString m_strDefaultNamespaceURI;
   bool m_bWriteTypeAttribute = true;
+  CNamespaceAliasMap m_namespaceAliases;
+  RootAttributes m_additionalRootAttributes;
   std::vector<WString> m_processingInstructions;
   WString m_strInLineSchema;
   bool m_bIgnoreInvalidCollectionCounts = false;

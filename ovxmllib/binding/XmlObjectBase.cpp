@@ -49,10 +49,11 @@ CXmlObjectBase::CXmlObjectBase() {
   if (!IsVersionRight()) ShowVersionMismatch();
 }
 
-CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& other) : m_strElementName(other.m_strElementName) {}
+CXmlObjectBase::CXmlObjectBase(const CXmlObjectBase& other)
+    : m_strElementName(other.m_strElementName.View()), m_readsOwnElement(other.m_readsOwnElement) {}
 
 CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
-  m_strElementName = other.m_strElementName;
+  m_strElementName.Assign(other.m_strElementName.View());
   return *this;
 }
 
@@ -109,7 +110,7 @@ bool CXmlObjectBase::DoesElementNameMatch(const CSerializationContext& context, 
 
 void CXmlObjectBase::Throw_IfElementNameDiffers(const CXmlObjectBase* object, const WChar* name) {
   if (object == nullptr) return;
-  const WString& actual = object->GetBase()->m_strElementName;
+  const WStringView actual = object->GetBase()->m_strElementName.View();
   if (actual == ViewOf(name)) return;
   throw COvInvalidParamException(
       FormatString(u"This property requires an element with the name %s the element being set has the element name %s",

@@ -11,11 +11,13 @@
 #include "ovxmllib/binding/EventSink.h"
 #include "ovxmllib/binding/Export.h"
 #include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/foundation/CompactText.h"
 #include "ovxmllib/foundation/WideString.h"
 #include "ovxmllib/values/BinaryData.h"
 
 namespace OvXmlLib16 {
 
+class CElement;
 class CTextStream;
 class CXmlElement;
 class CXmlWriter;
@@ -79,6 +81,9 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   virtual void FromXmlStream(const unsigned char* data, std::size_t length,
                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from a wildcard element, by way of its XML text.
+  virtual void FromXmlElement(const CElement* element,
+                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// Reads the object from an element of a tree that the caller keeps.
   virtual void FromXmlElement(const CXmlElement* element,
                               const CSerializationContext& context = CSerializationContext::GetDefaultContext());
@@ -103,6 +108,9 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                  CompressionType compression = CompressionType_None) const;
   void FromXmlFile(const std::filesystem::path& file,
                    const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// There is nothing to read: throws COvInvalidParamException.
+  void FromXmlElement(std::nullptr_t,
+                      const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// FromXml for text that need not be terminated.
   void FromXml(std::string_view text,
                const CSerializationContext& context = CSerializationContext::GetDefaultContext());
@@ -117,6 +125,10 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
   /// A copy has the element name, and references of its own: none.
   CXmlObjectBase(const CXmlObjectBase& other);
   CXmlObjectBase& operator=(const CXmlObjectBase& other);
+
+  /// For the constructor of a class that stands for an element with everything in it, and not for the content of one:
+  /// the entry points hand the document element to FromXml_Int as `child`, not its first child.
+  void SetReadsOwnElement() noexcept { m_readsOwnElement = true; }
 
   /// Writes the object's attributes on the start tag that is open on `writer`. Nothing here.
   virtual void AttributesToXml_Int(CXmlWriter* writer, const CSerializationContext& context) const;
@@ -142,8 +154,8 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                                   const CSerializationContext& context);
 
   /// The name of the element that the object stands for; empty for a new object.
-  WString GetElementName() const { return m_strElementName; }
-  void SetElementName(const WChar* name) { m_strElementName = ViewOf(name); }
+  WString GetElementName() const { return m_strElementName.String(); }
+  void SetElementName(const WChar* name) { m_strElementName.Assign(ViewOf(name)); }
   static void SetElementName(CXmlObjectBase* object, const WChar* name) { object->SetElementName(name); }
 
   /// Tell `sink` of a change of `collection`: OnEvent with the type of the same name. An index of -1 stands for all.
@@ -174,8 +186,11 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
   template <class Load>
   void ReadDocument(const CSerializationContext& context, Load&& load);
 
-  WString m_strElementName;
+  void ReadElement(CXmlElement* element, const CSerializationContext& context);
+
+  CompactText m_strElementName;
   std::atomic<std::int32_t> m_references = 0;
+  bool m_readsOwnElement = false;
 };
 
 }  // namespace OvXmlLib16

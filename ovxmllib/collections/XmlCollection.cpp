@@ -1,8 +1,10 @@
 #include "ovxmllib/collections/XmlCollection.h"
 
 #include <cassert>
+#include <utility>
 
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/collections/ObjectMemory.h"
 
 namespace OvXmlLib16 {
 
@@ -33,6 +35,9 @@ void DeleteNodes(CNode* first, CNode* last) noexcept {
 }
 
 }  // namespace
+
+void* CNode::operator new(std::size_t size) { return AllocateObject(size); }
+void CNode::operator delete(void* node) noexcept { FreeObject(node); }
 
 CXmlCollection::CXmlCollection(const WChar* elementName, const WChar* ns, int minOccurs, int maxOccurs)
     : CXmlCollectionBase(elementName, ns, minOccurs, maxOccurs) {}
@@ -69,13 +74,24 @@ template <class FindPlace>
 void CXmlCollection::Insert(CXmlObjectBase* item, const FindPlace& findPlace) {
   assert(item != nullptr && "item != 0");
   FireOnCollectionAdd(item);
-  Link(item, findPlace());
+  CNode* const next = findPlace();
+  auto node = std::make_unique<CNode>();
+  node->pItem = item;
+  Link(std::move(node), next);
   FireOnCollectionAddComplete(item);
   FireOnCollectionChange();
 }
 
 void CXmlCollection::AppendItem(CXmlObjectBase* item) {
   Insert(item, [] { return nullptr; });
+}
+
+void CXmlCollection::AppendNode(std::unique_ptr<CNode> node) {
+  CXmlObjectBase* const item = node->pItem;
+  FireOnCollectionAdd(item);
+  Link(std::move(node), nullptr);
+  FireOnCollectionAddComplete(item);
+  FireOnCollectionChange();
 }
 
 void CXmlCollection::PrependItem(CXmlObjectBase* item) {
@@ -129,9 +145,11 @@ void CXmlCollection::RemoveNode(CNode* node) {
   FireOnCollectionChange();
 }
 
-void CXmlCollection::Link(CXmlObjectBase* item, CNode* next) {
+void CXmlCollection::Link(std::unique_ptr<CNode> place, CNode* next) noexcept {
+  CNode* const node = place.release();
   CNode* const previous = next == nullptr ? m_pTail : next->pPrev;
-  CNode* const node = new CNode{item, next, previous};
+  node->pNext = next;
+  node->pPrev = previous;
   (previous == nullptr ? m_pHead : previous->pNext) = node;
   (next == nullptr ? m_pTail : next->pPrev) = node;
   ++m_count;

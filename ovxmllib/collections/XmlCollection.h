@@ -1,6 +1,9 @@
 // The ordered store of bound objects.
 #pragma once
 
+#include <cstddef>
+#include <memory>
+
 #include "ovxmllib/binding/Export.h"
 #include "ovxmllib/binding/SmartPtr.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
@@ -13,6 +16,9 @@ struct CNode {
   CSmartPtr<CXmlObjectBase> pItem;  ///< keeps the item alive; never null
   CNode* pNext = nullptr;           ///< the place behind, null at the tail
   CNode* pPrev = nullptr;           ///< the place ahead, null at the head
+
+  static void* operator new(std::size_t size);
+  static void operator delete(void* node) noexcept;
 };
 
 /// Bound objects in order, in a doubly linked list of references.
@@ -49,6 +55,8 @@ class OVXMLLIB_API CXmlCollection : public CXmlCollectionBase {
 
   /// Adds an item behind the last one.
   void AppendItem(CXmlObjectBase* item);
+  /// The same with a node that has its item already.
+  void AppendNode(std::unique_ptr<CNode> node);
   /// Adds an item ahead of the first one.
   void PrependItem(CXmlObjectBase* item);
   /// Adds an item in front of the one at `index`, or behind the last one when `index` is the count. Throws
@@ -73,7 +81,7 @@ class OVXMLLIB_API CXmlCollection : public CXmlCollectionBase {
  private:
   template <class FindPlace>
   void Insert(CXmlObjectBase* item, const FindPlace& findPlace);
-  void Link(CXmlObjectBase* item, CNode* next);
+  void Link(std::unique_ptr<CNode> node, CNode* next) noexcept;
   void Unlink(CNode* node) noexcept;
   void ClearAtDestruction() noexcept;
 

@@ -40,14 +40,19 @@ bool CXmlCollectionBase::IsValidCount(const CSerializationContext& context) cons
   return count >= m_minOccurs && (m_maxOccurs == -1 || count <= m_maxOccurs);
 }
 
-void CXmlCollectionBase::AddEventListener(IEventSink* sink) { m_listeners.push_back(sink); }
+void CXmlCollectionBase::AddEventListener(IEventSink* sink) {
+  if (m_listeners == nullptr) m_listeners = std::make_unique<std::vector<IEventSink*>>();
+  m_listeners->push_back(sink);
+}
 
-void CXmlCollectionBase::RemoveEventListener(IEventSink* sink) { std::erase(m_listeners, sink); }
+void CXmlCollectionBase::RemoveEventListener(IEventSink* sink) {
+  if (m_listeners != nullptr) std::erase(*m_listeners, sink);
+}
 
 // By index, since a listener may add and remove listeners. Decided: see docs/decisions.md.
 template <class Tell>
 void CXmlCollectionBase::ForEachListener(const Tell& tell) {
-  for (std::size_t i = 0; i < m_listeners.size(); ++i) tell(m_listeners[i]);
+  for (std::size_t i = 0; i < m_listeners->size(); ++i) tell((*m_listeners)[i]);
 }
 
 void CXmlCollectionBase::TellChange() {

@@ -1,6 +1,7 @@
 // What all collections share: how many items they may have, and who hears of their changes.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "ovxmllib/binding/EventSink.h"
@@ -69,7 +70,7 @@ class OVXMLLIB_API CXmlCollectionBase : public CXmlObjectBase {
   CXmlCollectionBase(const WChar* elementName, const WChar* ns, int minOccurs, int maxOccurs);
 
   /// Whether anybody listens.
-  bool HasListeners() const noexcept { return !m_listeners.empty(); }
+  bool HasListeners() const noexcept { return m_listeners != nullptr; }
 
   /// Tell the listeners; see IEventSink::MsgType for what `item` and `index` become. What a listener throws passes, and
   /// those behind it hear nothing.
@@ -112,7 +113,7 @@ class OVXMLLIB_API CXmlCollectionBase : public CXmlObjectBase {
   [[noreturn]] void ThrowNoSuchIndex(int index) const;
   [[noreturn]] static void ThrowNoInsertionIndex();
 
-  std::vector<IEventSink*> m_listeners;  // not owned
+  std::unique_ptr<std::vector<IEventSink*>> m_listeners;  // null: none; the sinks are not owned
   int m_minOccurs = 0;
   int m_maxOccurs = -1;
 };

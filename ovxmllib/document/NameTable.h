@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ovxmllib/document/NodePool.h"
+#include "ovxmllib/document/SharedName.h"
 #include "ovxmllib/foundation/WideString.h"
 
 namespace OvXmlLib16 {
@@ -18,6 +19,7 @@ namespace OvXmlLib16 {
 struct ExpandedName {
   const WString* namespaceURI;  ///< never null; not owned
   WString localName;
+  SharedNameSlot shared = {};  ///< for objects that outlive the document
 };
 
 /// Finds the ExpandedName of a name as the parser reports it: namespace URI, '|' and local name in UTF-8, or the name

@@ -26,8 +26,14 @@ auto LowerBound(auto& entries, WStringView uri) {
 }  // namespace
 
 const WString* NamespaceScope::FindAlias(WStringView uri) const noexcept {
-  const auto found = LowerBound(m_entries, uri);
-  return found == m_entries.end() || !AreSame(found->uri, uri) || found->alias.empty() ? nullptr : &found->alias;
+  // One name after the other is in the same namespace.
+  if (m_lastFound >= m_entries.size() || !AreSame(m_entries[m_lastFound].uri, uri)) {
+    const auto found = LowerBound(m_entries, uri);
+    if (found == m_entries.end() || !AreSame(found->uri, uri)) return nullptr;
+    m_lastFound = static_cast<std::size_t>(found - m_entries.begin());
+  }
+  const WString& alias = m_entries[m_lastFound].alias;
+  return alias.empty() ? nullptr : &alias;
 }
 
 void NamespaceScope::Set(WStringView uri, WStringView alias) {

@@ -37,7 +37,8 @@ class NamespaceScope {
 
   WString m_defaultNamespace;
   std::vector<Entry> m_entries;
-  std::size_t m_firstCandidate = 0;  // all generated aliases before this one are taken
+  mutable std::size_t m_lastFound = 0;  // an index, which may be out of range
+  std::size_t m_firstCandidate = 0;     // all generated aliases before this one are taken
 };
 
 }  // namespace OvXmlLib16

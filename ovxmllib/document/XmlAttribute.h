@@ -10,6 +10,7 @@ namespace OvXmlLib16 {
 
 class CXmlElement;
 class DocumentTree;
+class SharedName;
 struct ExpandedName;
 
 /// One attribute of a CXmlElement. Made and owned by the document; valid as long as its element.
@@ -42,6 +43,7 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
 
  private:
   friend class CXmlElement;
+  friend class SharedName;
   friend class DocumentTree;
 
   static ClassType& Record();

@@ -15,6 +15,7 @@ namespace OvXmlLib16 {
 class CXmlAttribute;
 class CXmlDocument;
 class DocumentTree;
+class SharedName;
 struct ExpandedName;
 
 /// One element of a parsed document: its names, its attributes, its child elements and its character data in one text.
@@ -68,6 +69,7 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
 
  private:
   friend class CXmlAttribute;
+  friend class SharedName;
   friend class DocumentTree;
 
   using AttributeList = std::vector<CXmlAttribute*>;

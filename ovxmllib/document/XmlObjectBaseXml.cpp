@@ -23,14 +23,18 @@ constinit std::atomic<bool> g_writeDirectly = false;
 
 void AsyncToXmlFile(bool on) noexcept { g_writeDirectly = on; }
 
+void CXmlObjectBase::ReadElement(CXmlElement* element, const CSerializationContext& context) {
+  CXmlElement* const child = m_readsOwnElement ? element : element->GetFirstElement();
+  FromXml_Int(element, child, context, /*optionalChoice=*/false);
+}
+
 // The one way in: the version is tested, `load` fills a document, and the object takes what it wants of the tree.
 template <class Load>
 void CXmlObjectBase::ReadDocument(const CSerializationContext& context, Load&& load) {
   CheckVersion();
   CXmlDocument document(context);
   load(document);
-  CXmlElement* root = document.GetDocumentElement();
-  FromXml_Int(root, root->GetFirstElement(), context, /*optionalChoice=*/false);
+  ReadElement(document.GetDocumentElement(), context);
 }
 
 void CXmlObjectBase::FromXml(const WChar* text, const CSerializationContext& context) {
@@ -65,7 +69,11 @@ void CXmlObjectBase::FromXmlFile(const WChar* file, const CSerializationContext&
 void CXmlObjectBase::FromXmlElement(const CXmlElement* element, const CSerializationContext& context) {
   CheckVersion();
   // FromXml_Int walks the tree without changing it; that it takes no constant is how generated classes are written.
-  FromXml_Int(const_cast<CXmlElement*>(element), element->GetFirstElement(), context, /*optionalChoice=*/false);
+  ReadElement(const_cast<CXmlElement*>(element), context);
+}
+
+void CXmlObjectBase::FromXmlElement(std::nullptr_t, const CSerializationContext&) {
+  Throw_IfPropertyIsNull(nullptr, u"element");
 }
 
 // The one way out: everything that is written to `stream` between its opening and its closing.

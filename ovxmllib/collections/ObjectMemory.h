@@ -1,0 +1,25 @@
+// The memory of wildcard objects, which documents make by the hundred thousand.
+#pragma once
+
+#include <cstddef>
+
+namespace OvXmlLib16 {
+
+/// Asks the operator new of a class for AllocateObject, with room behind the object.
+struct ObjectRoom {
+  std::size_t bytes = 0;
+};
+
+/// Memory for an object of the library that is never large: pieces of a thread's slab in the order in which they are
+/// asked for, so that what is read together lies together, without rounding and without searching. A slab goes back to
+/// the cache of slabs when nothing in it is left, on whichever thread that happens; until then what is free in it is
+/// not used again. Aligned for pointers. Throws std::bad_alloc.
+void* AllocateObject(std::size_t bytes);
+
+/// The same for an object of any size and of the alignment that operator new gives; from the heap.
+void* AllocateObjectApart(std::size_t bytes);
+
+/// Takes back what either gave, on any thread; null is passed over.
+void FreeObject(void* object) noexcept;
+
+}  // namespace OvXmlLib16
