@@ -93,6 +93,11 @@ class OVXMLLIB_API CSerializationContext {
   bool GetNoOptionalAttributeDefaultOutput() const noexcept { return m_bNoOptionalAttributeDefaultOutput; }
   void SetNoOptionalAttributeDefaultOutput(bool leaveOut) noexcept { m_bNoOptionalAttributeDefaultOutput = leaveOut; }
 
+  /// Whether the facets of a value are checked when it is read. Otherwise a value is checked when it is written, or by
+  /// the setter of its property, if that does. Default false.
+  bool GetValidateOnRead() const noexcept { return m_bValidateOnRead; }
+  void SetValidateOnRead(bool validate) noexcept { m_bValidateOnRead = validate; }
+
   /// Whether an element at its default value is written with its text; otherwise it is written empty. Default false.
   bool GetWriteDefaultElementValues() const noexcept { return m_bWriteDefaultElementValues; }
   void SetWriteDefaultElementValues(bool write) noexcept { m_bWriteDefaultElementValues = write; }
@@ -183,6 +188,7 @@ class OVXMLLIB_API CSerializationContext {
   SchemaType m_schemaType = SchemaType_Namespaces;
   bool m_bNoOptionalAttributeDefaultOutput = false;
   bool m_bWriteDefaultElementValues = false;
+  bool m_bValidateOnRead = false;
   bool m_bStripCDATA = true;
   WString m_strIndentChars = u"\t";
 

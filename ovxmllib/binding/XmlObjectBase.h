@@ -15,10 +15,16 @@
 #include "ovxmllib/foundation/WideString.h"
 #include "ovxmllib/values/BinaryData.h"
 
+namespace OvXmlLib16Data {
+class CAttributeInfo;
+class CElementInfo;
+}  // namespace OvXmlLib16Data
+
 namespace OvXmlLib16 {
 
 class CElement;
 class CTextStream;
+class CXmlCollectionBase;
 class CXmlElement;
 class CXmlWriter;
 
@@ -179,7 +185,26 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
   /// Throws COvInvalidNamespaceException when IsNamespaceValid says no.
   static void TestNamespace(const WChar* ns, const WChar* allowed, const WChar* target);
 
+  /// \name Keeping one member of a choice selected
+  /// For the setters of generated choices; `selected` is the name of the member that is set, empty for none. Each
+  /// throws COvInvalidStateException, naming that member, when a second one is to be set.
+  /// \{
+  /// A property that holds an object was set to `value`, which may be null.
+  static void Choice_SelectElement(const WChar* name, const CXmlObjectBase* value, WString& selected);
+  /// A property that holds a value was set, or cleared: `valid` false clears the selection, whichever it was.
+  static void Choice_SetElementValid(bool valid, const WChar* name, WString& selected);
+  /// A collection has `count` items now.
+  static void Choice_CollectionChanged(const WChar* name, long count, WString& selected);
+  /// Reads one run of items of a collection unless `count` is above 0, tests their number and adds 1 to `count`.
+  /// `child` becomes the first child that is unread.
+  static void Choice_Read_Collection(CXmlCollectionBase* collection, CXmlElement* parent, CXmlElement*& child,
+                                     long& count, const CSerializationContext& context);
+  /// \}
+
  private:
+  friend class OvXmlLib16Data::CAttributeInfo;
+  friend class OvXmlLib16Data::CElementInfo;
+
   static void CheckVersion();
   void WriteDocument(CTextStream& stream, bool header, bool formatted, EOLType eol,
                      const CSerializationContext& context) const;

@@ -12,6 +12,10 @@
 #include "ovxmllib/foundation/InstanceMonitor.h"
 #include "ovxmllib/foundation/WideString.h"
 
+namespace OvXmlLib16Data {
+class CElementInfo;
+}  // namespace OvXmlLib16Data
+
 namespace OvXmlLib16 {
 
 class SharedName;
@@ -76,6 +80,7 @@ class OVXMLLIB_API CElementCol : public CXmlCollection, public CInstanceMonitor 
 
  private:
   friend class CElement;
+  friend class OvXmlLib16Data::CElementInfo;
 
   static ClassType& Record();
 

@@ -1,6 +1,7 @@
 #include "ovxmllib/document/DocumentTree.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -46,6 +47,7 @@ void DocumentTree::Clear() noexcept {
 }
 
 void DocumentTree::StartElement(std::string_view name) {
+  if (m_stopAt != 0 && ++m_started == m_stopAt) throw COvException(u"Here.");
   const std::size_t limit = m_context.GetMaxElementDepth();
   if (limit != 0 && m_open.size() >= limit) {
     throw COvException(FormatString(
@@ -160,6 +162,39 @@ void DocumentTree::DeclareNamespace(std::string_view alias, std::string_view uri
                      limit));
   }
   m_namespaces.insert_or_assign(ToWide(alias), std::move(wideUri));
+}
+
+std::size_t DocumentTree::FindOrdinal(WStringView path) const {
+  const CXmlElement* const wanted = FindElement(path.substr(0, path.find(u"/@")));
+  std::size_t ordinal = 0;
+  for (CXmlElement* element = m_documentElement; wanted != nullptr && element != nullptr;
+       element = NextInSubtree(element, m_documentElement)) {
+    ++ordinal;
+    if (element == wanted) return ordinal;
+  }
+  return 0;
+}
+
+// path = 1*("/" qname ["[" position "]"])
+const CXmlElement* DocumentTree::FindElement(WStringView path) const {
+  const auto aliases = AliasesByNamespace();
+  const CXmlElement* first = m_documentElement;
+  const CXmlElement* found = nullptr;
+  while (path.starts_with(u'/')) {
+    path.remove_prefix(1);
+    WStringView name = path.substr(0, path.find(u'/'));
+    path.remove_prefix(name.size());
+    std::size_t position = 1;
+    if (const std::size_t bracket = name.find(u'['); bracket != WStringView::npos) {
+      position = std::strtoul(ToUtf8(name.substr(bracket + 1)).c_str(), nullptr, 10);
+      name = name.substr(0, bracket);
+    }
+    found = first;
+    while (found != nullptr && (found->GetQName(aliases) != name || --position != 0)) found = found->m_pNextSibling;
+    if (found == nullptr) return nullptr;
+    first = found->m_pFirstChild;
+  }
+  return found;
 }
 
 const WString* DocumentTree::FindNamespace(WStringView alias) const {

@@ -48,6 +48,13 @@ class DocumentTree {
   [[noreturn]] void ThrowTooManyAttributes() const;
 
   CXmlElement* GetDocumentElement() const noexcept { return m_documentElement; }
+
+  /// The number, from 1 in document order, of the element with this path or with the attribute of this path, as
+  /// CXmlElement::GetXPath gives it; 0 when there is none.
+  std::size_t FindOrdinal(WStringView path) const;
+  /// Makes the start of the element with this number throw a COvException, to which the reader adds the place.
+  void StopAt(std::size_t ordinal) noexcept { m_stopAt = ordinal; }
+
   const WString* FindNamespace(WStringView alias) const;
   /// Null when no alias has the namespace.
   const WString* FindAlias(WStringView uri) const;
@@ -74,6 +81,7 @@ class DocumentTree {
     std::size_t elementsBefore, attributesBefore;
   };
 
+  const CXmlElement* FindElement(WStringView path) const;
   void Drop(const OpenElement& ended) noexcept;
   void DropMade(CXmlElement* root) noexcept;
   void ReserveText(OpenElement& open, std::size_t units);
@@ -96,6 +104,8 @@ class DocumentTree {
   std::map<WString, WString, std::less<>> m_namespaces;  // alias to URI
   std::vector<OpenElement> m_open;                       // the document element first
   CXmlElement* m_documentElement = nullptr;              // in the pool
+  std::size_t m_started = 0;                             // elements so far, counted when there is m_stopAt
+  std::size_t m_stopAt = 0;                              // 0: nowhere
   std::size_t m_elements = 0;                            // in the tree
   std::size_t m_attributes = 0;                          // in the tree
   std::size_t m_attributesOfOpen = 0;                    // of the element opened last, its declarations counted

@@ -95,6 +95,18 @@ WString CXmlDocument::LookupAliasFromNamespace(const WChar* uri) const { return 
 
 void CXmlDocument::ReleaseSpareMemory() noexcept { TrimSlabCache(); }
 
+void CXmlDocument::AddPlace(COvException& exception, const std::function<void(CXmlDocument&)>& load) const {
+  const std::size_t ordinal = m_tree->FindOrdinal(exception.GetPath());
+  if (ordinal == 0) return;
+  CXmlDocument again([](CXmlElement*) { return true; }, *m_context);
+  again.m_tree->StopAt(ordinal);
+  try {
+    load(again);
+  } catch (const COvException& there) {
+    exception.SetPlace(there.GetLine(), there.GetColumn());
+  }
+}
+
 void CXmlDocument::Cleanup() { m_tree->Clear(); }
 
 }  // namespace OvXmlLib16

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -14,6 +15,7 @@
 
 namespace OvXmlLib16 {
 
+class COvException;
 class DocumentTree;
 
 namespace platform {
@@ -100,6 +102,7 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
 
  private:
   friend class CXmlElement;
+  friend class CXmlObjectBase;
   friend class CXmlAttribute;
 
   static std::filesystem::path PathOf(const WChar* path);
@@ -111,6 +114,9 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   void Parse(const unsigned char* data, std::size_t length);
   void ParseText(const unsigned char* data, std::size_t length);
   void CheckInputLength(std::uint64_t length) const;
+  /// Adds line and column to an exception that has the path of one of the elements. `load` is what loaded the document:
+  /// it does so once more, up to that element.
+  void AddPlace(COvException& exception, const std::function<void(CXmlDocument&)>& load) const;
 
   const CSerializationContext* m_context;  // not owned
   std::unique_ptr<DocumentTree> m_tree;

@@ -34,7 +34,13 @@ void CXmlObjectBase::ReadDocument(const CSerializationContext& context, Load&& l
   CheckVersion();
   CXmlDocument document(context);
   load(document);
-  ReadElement(document.GetDocumentElement(), context);
+  try {
+    ReadElement(document.GetDocumentElement(), context);
+  } catch (COvException& exception) {
+    // Reading once more costs nothing where nothing fails; to keep places would cost every element.
+    if (exception.GetLine() == 0) document.AddPlace(exception, load);
+    throw;
+  }
 }
 
 void CXmlObjectBase::FromXml(const WChar* text, const CSerializationContext& context) {

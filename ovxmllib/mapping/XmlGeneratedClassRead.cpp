@@ -1,0 +1,227 @@
+// How a generated class is read: attributes, and the walks over the three kinds of group.
+
+#include <array>
+#include <memory>
+
+#include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/mapping/AttributeInfo.h"
+#include "ovxmllib/mapping/ElementInfo.h"
+#include "ovxmllib/mapping/Nillable.h"
+#include "ovxmllib/mapping/XmlGeneratedClass.h"
+
+namespace OvXmlLib16 {
+
+using OvXmlLib16Data::XmlElementGroupType_All;
+using OvXmlLib16Data::XmlElementGroupType_Choice;
+using OvXmlLib16Data::XmlElementGroupType_Sequence;
+using OvXmlLib16Data::XmlElementType_Element;
+using OvXmlLib16Data::XmlElementType_Pseudo;
+
+namespace {
+
+template <class Entry>
+std::size_t CountEntries(Entry** entries) noexcept {
+  std::size_t count = 0;
+  while (entries[count] != nullptr) ++count;
+  return count;
+}
+
+// One flag for each entry of a table, on the stack for the tables that schemas have.
+class SeenFlags {
+ public:
+  explicit SeenFlags(std::size_t count) : m_flags(m_few.data()) {
+    if (count <= m_few.size()) return;
+    m_many = std::make_unique<bool[]>(count);
+    m_flags = m_many.get();
+  }
+  SeenFlags(const SeenFlags&) = delete;
+  SeenFlags& operator=(const SeenFlags&) = delete;
+
+  bool& operator[](std::size_t index) noexcept { return m_flags[index]; }
+
+ private:
+  std::array<bool, 64> m_few{};
+  std::unique_ptr<bool[]> m_many;
+  bool* m_flags;
+};
+
+[[noreturn]] void ThrowUnreadChild(const CXmlElement& parent, const CXmlElement& child) {
+  // Deliberate: the message is spelled so.
+  throw COvValidationException(
+      FormatString(u"Failed read all the elements held within the element [%s]. The unexpected element [%s] remains un "
+                   u"processed",
+                   parent.GetLocalName(), child.GetLocalName()),
+      parent.GetXPath());
+}
+
+[[noreturn]] void ThrowEmptyChoice(const CXmlElement& parent) {
+  // Deliberate: the message is spelled so.
+  throw COvValidationException(
+      FormatString(u"No child elements within the element [%s] were populated. The element represents a choice, so one "
+                   u"and only one element should be populated. The element contained no sutable child elements",
+                   parent.GetLocalName()),
+      parent.GetXPath());
+}
+
+}  // namespace
+
+CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* parent, CXmlElement* child,
+                                             const CSerializationContext& context, bool optionalChoice) {
+  try {
+    ReadObject(parent, child, context, optionalChoice);
+    return child;
+  } catch (const COvException& exception) {
+    // What has a place keeps it. Deliberate: it goes on as the base class.
+    if (!exception.GetPath().empty()) throw COvException(exception);
+    throw COvValidationException(u"Failed to process the element.", parent->GetXPath(), exception);
+  }
+}
+
+void CXmlGeneratedClass::ReadObject(CXmlElement* parent, CXmlElement*& child, const CSerializationContext& context,
+                                    bool optionalChoice) {
+  Init();
+  const CParentElementInfo& info = *GetClassInfo();
+  if (info.GetElementType() == XmlElementType_Element) SetElementName(parent->GetLocalName().c_str());
+  ProcessAttributesFromXml(context, parent, info.GetFromXmlFailIfAttributeUnknown());
+  if (IsNilObject()) return;
+  child = ReadGroup(context, parent, child, info, optionalChoice);
+  if (info.HasPrimitiveValue()) ReadPrimitiveValue(parent, info);
+}
+
+CXmlElement* CXmlGeneratedClass::ReadGroup(const CSerializationContext& context, CXmlElement* parent,
+                                           CXmlElement* child, const CParentElementInfo& info, bool optionalChoice) {
+  switch (info.GetElementGroupType()) {
+    case XmlElementGroupType_Sequence:
+      return ProcessElementSeqFromXml(context, parent, child, info.GetElementType());
+    case XmlElementGroupType_Choice:
+      return ProcessElementChoiceFromXml(context, parent, child, info.GetElementType(), optionalChoice);
+    case XmlElementGroupType_All:
+      return ProcessElementAllFromXml(context, parent, child, info.GetElementType());
+  }
+  throw COvException(u"Unknown Group Type");
+}
+
+void CXmlGeneratedClass::ReadPrimitiveValue(CXmlElement* parent, const CParentElementInfo& info) {
+  OvVariant value;
+  if (info.GetOutputPrimitiveClassAsTextProperty()) {
+    value.SetString(parent->GetTextView());
+  } else {
+    value.FromString(parent->GetTextView(), info.GetPrimitiveDataType(), CWhitespaceUtils::WhitespaceRule_None);
+  }
+  AccessProperty(info.GetPrimitiveValuePropertyIndex(), /*read=*/false, value);
+}
+
+void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& context, CXmlElement* element,
+                                                  bool failIfUnknown) {
+  CAttributeInfo** const entries = GetClassAttributeInfo();
+  const std::size_t count = CountEntries(entries);
+  SeenFlags seen(count);
+  for (const CXmlAttribute* attribute = element->GetFirstAttribute(); attribute != nullptr;
+       attribute = CXmlElement::GetNextAttribute(*attribute)) {
+    if (attribute->IsNamespaceAttribute()) continue;
+    if (attribute->IsNilAttribute()) {
+      ReadNil(*element, *attribute);
+      continue;
+    }
+    std::size_t i = 0;
+    // The interface of the entries wants it mutable; none of them changes it.
+    while (i < count && !entries[i]->AttributeFromXml(context, this, const_cast<CXmlAttribute*>(attribute))) ++i;
+    if (i < count) {
+      seen[i] = true;
+    } else if (failIfUnknown && !context.GetIgnoreUnknownAttributes()) {
+      throw COvValidationException(u"Unexpected Attribute found.", attribute->GetXPath());
+    }
+  }
+  for (std::size_t i = 0; i < count; ++i) entries[i]->Validate(context, seen[i]);
+}
+
+void CXmlGeneratedClass::ReadNil(const CXmlElement& element, const CXmlAttribute& attribute) {
+  auto* nillable = dynamic_cast<INillable*>(this);
+  if (nillable == nullptr) {
+    throw COvValidationException(u"Invalid use of 'nil' attribute in non-nillable element.", element.GetXPath());
+  }
+  const WStringView value = attribute.GetValueView();
+  const bool isTrue = value == u"true" || value == u"1";
+  if (!isTrue && value != u"false" && value != u"0") {
+    throw COvValidationException(FormatString(u"Unexpected Value [%s] for 'nil' Attribute found.", value),
+                                 attribute.GetXPath());
+  }
+  nillable->SetNil(isTrue);
+}
+
+// Asks each entry in turn. One that is not satisfied ends the sequence, unless unknown children may be skipped. Behind
+// the last entry, an element looks at what is left over; a group leaves it to its owner.
+CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationContext& context, CXmlElement* parent,
+                                                          CXmlElement* child, XmlElementType elementType) {
+  CElementInfo** const entries = GetClassElementInfo();
+  CXmlElement* const saved = child;
+  const WString ns = GetNamespace();
+  const bool skips = context.GetIgnoreUnknownElements();
+  for (std::size_t start = 0;;) {
+    for (std::size_t i = start; entries[i] != nullptr; ++i) {
+      while (!entries[i]->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType)) {
+        if (!skips || child == nullptr) return saved;
+        child = child->GetNextSiblingElement();
+      }
+      start = i;
+    }
+    if (elementType != XmlElementType_Element || child == nullptr) return child;
+    if (!skips) ThrowUnreadChild(*parent, *child);
+    child = child->GetNextSiblingElement();
+    if (child == nullptr) return nullptr;
+  }
+}
+
+CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CSerializationContext& context, CXmlElement* parent,
+                                                             CXmlElement* child, XmlElementType elementType,
+                                                             bool optionalChoice) {
+  const bool isElement = elementType == XmlElementType_Element, skips = context.GetIgnoreUnknownElements();
+  CXmlElement* const saved = child;
+  const WString ns = GetNamespace();
+  const auto takesOne = [&] {
+    for (CElementInfo** entry = GetClassElementInfo(); *entry != nullptr; ++entry) {
+      if ((*entry)->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType)) return true;
+    }
+    return false;
+  };
+  bool found = takesOne();
+  while (!found && child != nullptr && skips && isElement) {
+    child = child->GetNextSiblingElement();
+    if (child == nullptr) break;
+    found = takesOne();
+  }
+  if (!found && !optionalChoice) {
+    if (!isElement && skips) child = saved;
+    if (isElement && !context.GetIgnoreMissingChoice() && !DoesElementContainOptionalElements()) {
+      ThrowEmptyChoice(*parent);
+    }
+  }
+  if (isElement && child != nullptr && !skips) ThrowUnreadChild(*parent, *child);
+  return child;
+}
+
+// Offers the children to all entries that are not seen yet, pass after pass, until a pass takes nothing.
+CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CSerializationContext& context, CXmlElement* parent,
+                                                          CXmlElement* child, XmlElementType elementType) {
+  CElementInfo** const entries = GetClassElementInfo();
+  const std::size_t count = CountEntries(entries);
+  const bool isElement = elementType == XmlElementType_Element;
+  CXmlElement* const saved = child;
+  const WString ns = GetNamespace();
+  SeenFlags seen(count);
+  for (const CXmlElement* last = nullptr; child != nullptr && child != last;) {
+    last = child;
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!seen[i]) seen[i] = entries[i]->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType);
+    }
+  }
+  for (std::size_t i = 0; i < count; ++i) {
+    if (!entries[i]->Validate(context, this, seen[i], isElement)) return saved;
+  }
+  if (isElement && child != nullptr && !context.GetIgnoreUnknownElements()) ThrowUnreadChild(*parent, *child);
+  return child;
+}
+
+}  // namespace OvXmlLib16
