@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the library into a scratch folder, compiles each installed header on its own, builds tests/consumer against it
-# by find_package and by pkg-config, and runs both programs.
+# Installs the library and ovxml into a scratch folder, runs ovxml there, compiles each installed header on its own, builds
+# tests/consumer against the library by find_package and by pkg-config, and runs both programs.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 scratch=$root/build/install
@@ -18,11 +18,17 @@ check_output() {
 
 rm -rf "$scratch"
 configure_test_build
-quietly build_targets "$root/build/test" ovxmllib
+quietly build_targets "$root/build/test" ovxmllib ovxml
 quietly cmake --install "$root/build/test" --prefix "$prefix"
 pc=$(find "$prefix" -name ovxmllib.pc)
 libdir=$(dirname "$(dirname "$pc")")
 readelf -d "$libdir/libovxmllib.so" | grep -q 'SONAME.*\[libovxmllib\.so\.16\]' || fail "the SONAME is not libovxmllib.so.16"
+
+[ "$(echo '<a/>' | "$prefix/bin/ovxml" convert - --no-header)" = '<a/>' ] || fail "the installed ovxml does not run"
+for file in share/man/man1/ovxml.1 share/bash-completion/completions/ovxml; do
+  [ -s "$prefix/$file" ] || fail "$file is missing"
+done
+echo "check_install: ovxml runs"
 
 compile=("${CXX:-c++}" -std=c++20)
 find "$prefix/include" -name '*.h' -print0 |

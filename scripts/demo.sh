@@ -1,15 +1,34 @@
 #!/usr/bin/env bash
-# Builds the library and the example mime_types in build/demo and runs the example.
+# Builds the library, the example mime_types and the program ovxml in build/demo, runs the example, and converts the MIME
+# database with ovxml.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 "$root/scripts/setup.sh"
 folder=$root/build/demo
-[ -e "$folder/build.ninja" ] || echo "Building the library and the example; the first time takes a minute or two."
+[ -e "$folder/build.ninja" ] || echo "Building the library, the example and ovxml; the first time takes a minute or two."
 # A compiler that nobody tried yet may warn; that must not keep a newcomer from the program.
 quietly cmake -S "$root" -B "$folder" -G Ninja --compile-no-warning-as-error -DCMAKE_BUILD_TYPE=Release \
   -DOVXMLLIB_BUILD_TESTS=OFF -DOVXMLLIB_BUILD_BENCH=OFF -DOVXMLLIB_BUILD_FUZZERS=OFF
-quietly build_targets "$folder" mime_types
+quietly build_targets "$folder" mime_types ovxml
 
 mkdir -p "$folder/output"
 cd "$folder/output"
-exec "$folder/examples/mime_types"
+"$folder/examples/mime_types"
+
+database=/usr/share/mime/packages/freedesktop.org.xml
+[ -e "$database" ] || exit 0
+ovxml() {
+  echo "\$ ovxml $*"
+  "$folder/tools/ovxml" "$@"
+}
+size_of() { echo "  $1: $(stat -c %s "$1") bytes"; }
+
+printf '\nThe same database, by the command-line program build/demo/tools/ovxml:\n\n'
+ovxml info "$database"
+ovxml convert "$database" --indent 2 -o formatted.xml
+size_of formatted.xml
+sed -n '2,7s/\(.\{100\}\).*/\1.../; 2,7p' formatted.xml
+ovxml convert "$database" -o small.xml.gz
+size_of small.xml.gz
+ovxml check formatted.xml small.xml.gz
+echo "The files are in $PWD."

@@ -2,13 +2,13 @@
 # Installs the Debian packages that are missing, and says so; prints nothing when there is nothing to do.
 #
 #   setup.sh [--clang] [--bench]
-#     always     what builds the library, the tests and the examples
+#     always     what builds the library, ovxml, the tests and the examples
 #     --clang    the sanitizer builds, the fuzz targets, clang-format and clang-tidy
 #     --bench    the benchmarks
 set -euo pipefail
 exec </dev/null
 
-packages=(cmake g++ libexpat1-dev libgmock-dev libgtest-dev libpcre2-dev ninja-build pkgconf python3
+packages=(cmake g++ libcli11-dev libexpat1-dev libgmock-dev libgtest-dev libpcre2-dev ninja-build pkgconf python3
           shared-mime-info zlib1g-dev)
 for option in "$@"; do
   case "$option" in

@@ -1,0 +1,44 @@
+#include <iostream>
+
+#include "tools/Commands.h"
+#include "tools/DocumentEvents.h"
+#include "tools/Failure.h"
+
+namespace ovxml {
+
+namespace {
+
+void CheckOne(const std::string& name, const CommonOptions& common) {
+  const Input input(name, common.context.GetMaxInputBytes());
+  Progress progress(common.progress, name, input.GetSize(), /*passes=*/1);
+  DocumentEvents nobodyListens;
+  try {
+    ReadEvents(input, common.context, nobodyListens, progress);
+  } catch (const OvXmlLib16::COvException& exception) {
+    throw FailureOf(exception, name, name);
+  }
+}
+
+// A verdict on the document is what was asked for; that there is none is an error.
+void Report(const Failure& failure) {
+  if (failure.code != kBadInput) return PrintError(failure.line);
+  std::cout << failure.line << '\n';
+}
+
+}  // namespace
+
+int Check(const CheckOptions& options) {
+  int worst = kDone;
+  for (const std::string& name : options.inputs) {
+    try {
+      CheckOne(name, options.common);
+      if (!options.common.quiet) std::cout << name << ": well-formed\n";
+    } catch (const Failure& failure) {
+      Report(failure);
+      if (worst == kDone || failure.code == kBadInput) worst = failure.code;
+    }
+  }
+  return worst;
+}
+
+}  // namespace ovxml
