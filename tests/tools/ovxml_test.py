@@ -194,6 +194,17 @@ class OvxmlTest(unittest.TestCase):
         self.assertEqual(real.read_text(), "<new/>")
         self.assertEqual(len(list(self.folder.iterdir())), 3)
 
+    def has_output(self, pid, source):
+        """Whether a file of the folder that the process has open, other than its source, has something in it."""
+        for descriptor in pathlib.Path(f"/proc/{pid}/fd").iterdir():
+            try:
+                target = os.readlink(descriptor)
+                if target.startswith(str(self.folder)) and target != str(source) and os.stat(descriptor).st_size > 0:
+                    return True
+            except FileNotFoundError:  # closed in the meantime
+                continue
+        return False
+
     def test_killed_half_way_leaves_nothing(self):
         path, out = self.file("<a>" + "<b c='d'>text</b>" * 1_000_000 + "</a>"), self.folder / "out.xml"
         scratch = self.folder / "scratch"
@@ -201,13 +212,9 @@ class OvxmlTest(unittest.TestCase):
         for number in [signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL]:
             process = subprocess.Popen([PROGRAM, "convert", path, "-o", out], env={**os.environ, "TMPDIR": str(scratch)})
             # Half-way is when the file without a name has something in it.
-            descriptors = pathlib.Path(f"/proc/{process.pid}/fd")
             deadline = time.monotonic() + 60
-            while time.monotonic() < deadline and process.poll() is None:
-                written = [f for f in descriptors.iterdir() if str(self.folder) in os.path.realpath(f) and
-                           f.exists() and os.path.realpath(f) != str(path) and os.stat(f).st_size > 0]
-                if written:
-                    break
+            while not (written := self.has_output(process.pid, path)) and time.monotonic() < deadline:
+                self.assertIsNone(process.poll())
             self.assertTrue(written)
             process.send_signal(number)
             self.assertEqual(process.wait(60), -number)
