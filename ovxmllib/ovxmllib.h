@@ -34,6 +34,7 @@
 #include "ovxmllib/mapping/ElementInfoChoice.h"
 #include "ovxmllib/mapping/ElementInfoSeq.h"
 #include "ovxmllib/mapping/Nillable.h"
+#include "ovxmllib/mapping/ParentElementInfo.h"
 #include "ovxmllib/mapping/XmlGeneratedClass.h"
 #include "ovxmllib/platform/DebugOutput.h"
 #include "ovxmllib/platform/MessageBox.h"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Builds the library, the example mime_types and the program ovxml in build/demo, runs the example, and converts the MIME
-# database with ovxml.
+# Builds the library, two examples and the program ovxml in build/demo. Orders are read from a file into objects, a fault
+# in the file is shown with its place, and the mended orders are written as formatted XML and gzip; then ovxml converts the
+# MIME database of the desktop.
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 "$root/scripts/setup.sh"
@@ -9,10 +10,13 @@ folder=$root/build/demo
 # A compiler that nobody tried yet may warn; that must not keep a newcomer from the program.
 quietly cmake -S "$root" -B "$folder" -G Ninja --compile-no-warning-as-error -DCMAKE_BUILD_TYPE=Release \
   -DOVXMLLIB_BUILD_TESTS=OFF -DOVXMLLIB_BUILD_BENCH=OFF -DOVXMLLIB_BUILD_FUZZERS=OFF
-quietly build_targets "$folder" mime_types ovxml
+quietly build_targets "$folder" orders mime_types ovxml
 
 mkdir -p "$folder/output"
 cd "$folder/output"
+"$folder/examples/orders" "$root/examples/orders/orders.xml"
+
+printf '\nThe MIME database of the desktop, by a bound class:\n\n'
 "$folder/examples/mime_types"
 
 database=/usr/share/mime/packages/freedesktop.org.xml

@@ -3,6 +3,7 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/XmlElement.h"
+#include "ovxmllib/foundation/KeptNames.h"
 #include "ovxmllib/platform/MessageBox.h"
 #include "ovxmllib/values/NamespaceList.h"
 
@@ -24,6 +25,15 @@ void ShowVersionMismatch() {
                            FormatString(u"Please ensure your generated code is the same version as this library "
                                         u"(Ovalin Runtime: v%d.%d, Generator: v%d.%d).",
                                         kMajor, kMinor, g_generatorMajor.load(), g_generatorMinor.load()));
+}
+
+// Names hold no U+0000, so that a terminated text ends no later than the difference is found.
+bool IsName(const WString& name, const WChar* expected) noexcept {
+  if (expected == nullptr) return name.empty();
+  for (const WChar unit : name) {
+    if (unit != *expected++) return false;
+  }
+  return *expected == 0;
 }
 
 void FireRemoval(IEventSink* sink, CXmlObjectBase* collection, IEventSink::MsgType type, int index) {
@@ -58,6 +68,13 @@ CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
 }
 
 CXmlObjectBase::~CXmlObjectBase() = default;
+
+void CXmlObjectBase::SetElementName(WStringView name) {
+  if (name.empty()) m_strElementName = CompactText();
+  if (name.empty() || AreSame(name, m_strElementName.View())) return;
+  const std::size_t* const kept = FindKeptName(name);
+  m_strElementName = kept != nullptr ? CompactText(kept) : CompactText(name);
+}
 
 long CXmlObjectBase::AddRef() noexcept { return m_references.fetch_add(1, std::memory_order_relaxed) + 1L; }
 
@@ -104,8 +121,8 @@ void CXmlObjectBase::FireOnCollectionRemoveCompleteEvent(IEventSink* sink, CXmlO
 
 bool CXmlObjectBase::DoesElementNameMatch(const CSerializationContext& context, const CXmlElement* element,
                                           const WChar* name, const WChar* ns) {
-  if (element->GetLocalName() != ViewOf(name)) return false;
-  return context.GetIgnoreNamespaces() || element->GetNamespaceURI() == ViewOf(ns);
+  if (!IsName(element->GetLocalName(), name)) return false;
+  return context.GetIgnoreNamespaces() || IsName(element->GetNamespaceURI(), ns);
 }
 
 void CXmlObjectBase::Throw_IfElementNameDiffers(const CXmlObjectBase* object, const WChar* name) {

@@ -22,6 +22,9 @@ class CompactText {
   /// std::size_t. Throws std::bad_alloc, for a text that gets a block of its own all the same.
   CompactText(WStringView text, void* room)
       : CompactText(RoomFor(text) == 0 ? CompactText(text) : CompactText(PlaceIn(room, text) | kBorrowed)) {}
+  /// Refers to a length with the code units behind it that live as long as the process.
+  explicit CompactText(const std::size_t* kept) noexcept
+      : m_place(reinterpret_cast<std::uintptr_t>(kept) | kBorrowed) {}
   CompactText(CompactText&& other) noexcept : m_place(std::exchange(other.m_place, 0)) {}
   CompactText& operator=(CompactText&& other) noexcept {
     std::swap(m_place, other.m_place);

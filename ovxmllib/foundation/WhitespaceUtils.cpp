@@ -1,6 +1,8 @@
 #include "ovxmllib/foundation/WhitespaceUtils.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "ovxmllib/binding/OvException.h"
 
@@ -25,10 +27,21 @@ WString ReplaceEach(WStringView value, WChar replacement, Predicate isReplaced) 
   return result;
 }
 
-// Looks at all units, which for the few of a value is faster than to stop.
-bool HasAnyUpToSpace(WStringView value) noexcept {
-  bool has = false;
-  for (const WChar c : value) has |= c <= u' ';
+// Whether a unit lies below `kLimit`, four at a time: a subtraction in each lane of 16 bits borrows from its top bit
+// when it does ("Bit Twiddling Hacks", Determine if a word has a byte less than n). `kLimit` is at most 0x8000.
+template <WChar kLimit>
+bool HasAnyBelow(WStringView value) noexcept {
+  constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001, kTops = kOnes << 15;
+  constexpr std::size_t kLanes = 4;
+  std::uint64_t below = 0;
+  std::size_t i = 0;
+  for (; i + kLanes <= value.size(); i += kLanes) {
+    std::uint64_t units;
+    std::memcpy(&units, value.data() + i, sizeof(units));
+    below |= (units - kOnes * kLimit) & ~units & kTops;
+  }
+  bool has = below != 0;
+  for (; i < value.size(); ++i) has |= value[i] < kLimit;
   return has;
 }
 
@@ -40,6 +53,7 @@ WStringView Trim(WStringView value) noexcept {
 
 // Whether the rule would change a value, which for Collapse is trimmed already.
 bool IsChanged(CWhitespaceUtils::WhitespaceRule rule, WStringView value) noexcept {
+  if (rule != CWhitespaceUtils::WhitespaceRule_Collapse && !HasAnyBelow<u' '>(value)) return false;
   WChar before = 0;
   for (const WChar c : value) {
     if (c <= u' ' && c != u' ' && CWhitespaceUtils::IsWhiteSpace(c)) return true;
@@ -53,7 +67,7 @@ bool IsChanged(CWhitespaceUtils::WhitespaceRule rule, WStringView value) noexcep
 
 WStringView CWhitespaceUtils::ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch) {
   const bool isRule = rule >= WhitespaceRule_None && rule <= WhitespaceRule_Collapse;
-  if (isRule && (rule == WhitespaceRule_None || !HasAnyUpToSpace(value))) return value;
+  if (isRule && (rule == WhitespaceRule_None || !HasAnyBelow<u' ' + 1>(value))) return value;
   if (rule == WhitespaceRule_Collapse) value = Trim(value);
   if (isRule && !IsChanged(rule, value)) return value;
   return scratch = ApplyRule(rule, value);

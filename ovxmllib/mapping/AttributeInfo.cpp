@@ -3,6 +3,7 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
+#include "ovxmllib/mapping/ScratchVariant.h"
 #include "ovxmllib/values/NamespaceList.h"
 #include "ovxmllib/values/ValueChecks.h"
 
@@ -84,17 +85,18 @@ CAttributeInfoPrimitive::CAttributeInfoPrimitive(const WChar* name, const WChar*
       m_restrictions(restrictions),
       m_itemType(itemType),
       m_formatOverride(ViewOf(formatOverride)),
-      m_whitespaceRule(whitespaceRule) {}
+      m_whitespaceRule(whitespaceRule),
+      m_passesEveryValue(OvXmlLib16::PassesEveryValue(itemType, restrictions)) {}
 
 void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                              CXmlWriter* writer) const {
-  OvVariant value;
+  const ScratchVariant scratch;
+  OvVariant& value = *scratch;
   ReadProperty(object, value);
   if (IsOptional() && !value.IsValid()) return;
-  WString text;
-  value.AppendTo(text, m_formatOverride);
+  const WStringView text = scratch.Print(m_formatOverride);
   if (IsLeftOut(context, text)) return;
-  CheckRestriction(value);
+  if (!m_passesEveryValue) CheckRestriction(value);
   writer->WriteAttribute(GetName(), GetNamespace(), text, value.GetTypeAsEnum());
 }
 
@@ -104,9 +106,10 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& cont
   if (!AreSame(attribute->GetLocalName(), GetName()) || !AreSame(attribute->GetNamespaceURI(), GetNamespace())) {
     return false;
   }
-  OvVariant value;
+  const ScratchVariant scratch;
+  OvVariant& value = *scratch;
   value.FromString(attribute->GetValueView(), m_itemType, m_whitespaceRule);
-  if (context.GetValidateOnRead()) CheckRestriction(value);
+  if (context.GetValidateOnRead() && !m_passesEveryValue) CheckRestriction(value);
   InvokePropertySet(object, value, *attribute);
   return true;
 }
@@ -155,7 +158,7 @@ void CAttributeInfoAny::AttributeToXml(const CSerializationContext& context, con
                                        CXmlWriter* writer) const {
   OvVariant value;
   ReadProperty(object, value);
-  ToXml_Int(value.GetXmlObject(), writer, /*isRoot=*/false, GetTargetNamespace(object).c_str(), context);
+  ToXml_Int(value.TakeXmlObject(), writer, /*isRoot=*/false, GetTargetNamespace(object).c_str(), context);
 }
 
 bool CAttributeInfoAny::AttributeFromXml(const CSerializationContext&, CXmlGeneratedClass* object,

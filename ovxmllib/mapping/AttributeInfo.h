@@ -104,6 +104,7 @@ class OVXMLLIB_API CAttributeInfoPrimitive : public CAttributeInfo {
   ItemType m_itemType;
   WString m_formatOverride;
   CWhitespaceUtils::WhitespaceRule m_whitespaceRule;
+  bool m_passesEveryValue;
 };
 
 /// An attribute with a value of a generated enumeration.

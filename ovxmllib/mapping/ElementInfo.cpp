@@ -7,6 +7,7 @@
 #include "ovxmllib/collections/ElementCol.h"
 #include "ovxmllib/collections/XmlCollectionBase.h"
 #include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/mapping/ScratchVariant.h"
 #include "ovxmllib/values/ValueChecks.h"
 
 namespace OvXmlLib16Data {
@@ -43,6 +44,7 @@ CElementInfo::CElementInfo(const WChar* name, const WChar* ns, int propertyIndex
   m_restrictions = restrictions;
   m_defaultValue = ViewOf(defaultValue);
   m_hasRestrictions = true;
+  m_passesEveryValue = OvXmlLib16::PassesEveryValue(itemType, restrictions);
 }
 
 bool CElementInfo::Validate(const CSerializationContext&, const CXmlGeneratedClass*, bool, bool) const {
@@ -87,7 +89,7 @@ void CElementInfo::ReadProperty(const CXmlGeneratedClass* object, OvVariant& val
 CSmartPtr<CXmlObjectBase> CElementInfo::GetObject(const CXmlGeneratedClass* object) const {
   OvVariant value;
   ReadProperty(object, value);
-  return value.GetXmlObject();
+  return value.TakeXmlObject();
 }
 
 void CElementInfo::SetObject(CXmlGeneratedClass* object, CXmlObjectBase* held, const CXmlElement& element) const {
@@ -122,20 +124,20 @@ void CElementInfo::WriteNil(CXmlWriter* writer) const {
 
 bool CElementInfo::ElementToXmlPrim(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                     CXmlWriter* writer) const {
-  OvVariant value;
+  const ScratchVariant scratch;
+  OvVariant& value = *scratch;
   ReadProperty(object, value);
   if (value.IsNil()) {
     WriteNil(writer);
     return true;
   }
   if (!value.IsValid()) return false;
-  WString text;
-  value.AppendTo(text, m_formatOverride);
+  const WStringView text = scratch.Print(m_formatOverride);
   if (IsDefault(text)) {
     WriteDefault(context, writer, text, value.GetTypeAsEnum());
     return true;
   }
-  CheckRestriction(value);
+  CheckFacets(value);
   WriteElement(writer, text, value.GetTypeAsEnum());
   return true;
 }
@@ -204,7 +206,8 @@ template <class Convert>
 void CElementInfo::ReadValue(const CSerializationContext& context, CXmlGeneratedClass* object, CXmlElement** child,
                              Convert&& convert) {
   CXmlElement& element = **child;
-  OvVariant value;
+  const ScratchVariant scratch;
+  OvVariant& value = *scratch;
   if (element.GetFirstAttribute() != nullptr && ReadNil(context, element)) {
     // Decided: the setter is told, so that the property can report that it is nil; docs/decisions.md, Mapping.
     value.SetNil();
@@ -220,7 +223,7 @@ void CElementInfo::ElementFromXmlPrim(const CSerializationContext& context, CXml
                                       CXmlElement** child) {
   ReadValue(context, object, child, [&](OvVariant& value, WStringView text) {
     value.FromString(text, m_itemType, m_whitespaceRule);
-    if (context.GetValidateOnRead()) CheckRestriction(value);
+    if (context.GetValidateOnRead()) CheckFacets(value);
   });
 }
 

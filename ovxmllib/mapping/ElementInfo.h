@@ -82,6 +82,9 @@ class OVXMLLIB_API CElementInfo {
   /// Whether `element` has the entry's local name, and its namespace unless the context ignores it. False for null.
   bool IsThisElement(const CSerializationContext& context, const CXmlElement* element) const;
 
+  /// Whether `ns` of ElementFromXml is looked at; where not, it may be empty.
+  bool UsesOwnersNamespace() const noexcept { return m_usesOwnersNamespace; }
+
   /// Throws COvValidationException: a mandatory child element is not there.
   [[noreturn]] void ThrowChildMissing(const CXmlElement& parent) const;
 
@@ -92,6 +95,9 @@ class OVXMLLIB_API CElementInfo {
   CElementInfo(const WChar* name, const WChar* ns, int propertyIndex, bool nillable, ItemType itemType,
                const WChar* formatOverride, CWhitespaceUtils::WhitespaceRule whitespaceRule,
                const CPrimitiveRestrictions& restrictions, const WChar* defaultValue);
+
+  /// For the constructor of a kind that does not look at it.
+  void IgnoreOwnersNamespace() noexcept { m_usesOwnersNamespace = false; }
 
   const WString& GetElementName() const noexcept { return m_name; }
   const WString& GetElementNamespace() const noexcept { return m_namespace; }
@@ -154,6 +160,9 @@ class OVXMLLIB_API CElementInfo {
   void ReadValue(const CSerializationContext& context, CXmlGeneratedClass* object, CXmlElement** child,
                  Convert&& convert);
   bool IsDefault(WStringView text) const;
+  void CheckFacets(const OvVariant& value) const {
+    if (!m_passesEveryValue) CheckRestriction(value);
+  }
   void WriteElement(CXmlWriter* writer, WStringView text, ItemType type) const;
   void WriteDefault(const CSerializationContext& context, CXmlWriter* writer, WStringView text, ItemType type) const;
   void WriteNil(CXmlWriter* writer) const;
@@ -170,6 +179,8 @@ class OVXMLLIB_API CElementInfo {
   ValueToText m_valueToText = nullptr;
   TextToValue m_textToValue = nullptr;
   bool m_hasRestrictions = false;
+  bool m_passesEveryValue = false;
+  bool m_usesOwnersNamespace = true;
 };
 
 }  // namespace OvXmlLib16Data

@@ -21,7 +21,9 @@ class OVXMLLIB_API PrimKind : public CElementInfo {
            const WChar* formatOverride, CWhitespaceUtils::WhitespaceRule whitespaceRule,
            const CPrimitiveRestrictions& restrictions, const WChar* defaultValue)
       : CElementInfo(name, ns, propertyIndex, nillable, itemType, formatOverride, whitespaceRule, restrictions,
-                     defaultValue) {}
+                     defaultValue) {
+    IgnoreOwnersNamespace();
+  }
 
  protected:
   bool Write(const CSerializationContext& context, const CXmlGeneratedClass* object, CXmlWriter* writer) const {
@@ -43,7 +45,9 @@ class OVXMLLIB_API EnumKind : public CElementInfo {
  public:
   EnumKind(const WChar* name, const WChar* ns, int propertyIndex, bool nillable, ValueToText valueToText,
            TextToValue textToValue, const WChar* defaultValue)
-      : CElementInfo(name, ns, propertyIndex, nillable, valueToText, textToValue, defaultValue) {}
+      : CElementInfo(name, ns, propertyIndex, nillable, valueToText, textToValue, defaultValue) {
+    IgnoreOwnersNamespace();
+  }
 
  protected:
   bool Write(const CSerializationContext& context, const CXmlGeneratedClass* object, CXmlWriter* writer) const {
@@ -69,7 +73,9 @@ class OVXMLLIB_API ObjectKind : public CElementInfo {
 
  protected:
   ObjectKind(const WChar* name, const WChar* ns, int propertyIndex, XmlElementType elementType)
-      : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {}
+      : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {
+    IgnoreOwnersNamespace();
+  }
 
   bool IsPseudo() const noexcept { return m_elementType == XmlElementType_Pseudo; }
   bool Write(const CSerializationContext& context, const CXmlGeneratedClass* object, CXmlWriter* writer) const {
@@ -160,7 +166,9 @@ class OVXMLLIB_API ColKind : public CElementInfo {
  public:
   /// `elementType`, of collections of objects: the attributes of groups go on the owner's start tag.
   ColKind(const WChar* name, const WChar* ns, int propertyIndex, XmlElementType elementType = XmlElementType_Element)
-      : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {}
+      : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {
+    IgnoreOwnersNamespace();
+  }
 
   void PseudoChildAttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                  CXmlWriter* writer) const override;

@@ -1,7 +1,9 @@
 // What a generated class says of itself.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <typeinfo>
 
 #include "ovxmllib/binding/Enumerations.h"
 #include "ovxmllib/binding/Export.h"
@@ -67,6 +69,18 @@ class OVXMLLIB_API CParentElementInfo {
   /// Whether that property takes the text as it stands, as a string.
   bool GetOutputPrimitiveClassAsTextProperty() const noexcept { return m_outputPrimitiveClassAsTextProperty; }
 
+  /// \name Which type of objects is known not to be INillable
+  /// A dynamic cast costs more than all else that is done for a small object, so that its failure is kept in mind, of
+  /// one type: there is one to a class, unless derived classes share its tables.
+  /// \{
+  bool IsKnownNotNillable(const std::type_info& type) const noexcept {
+    return m_notNillable.load(std::memory_order_relaxed) == &type;
+  }
+  void NoteNotNillable(const std::type_info& type) const noexcept {
+    m_notNillable.store(&type, std::memory_order_relaxed);
+  }
+  /// \}
+
   /// Whether the element has text of its own.
   bool HasPrimitiveValue() const noexcept {
     return m_primitiveValuePropertyIndex != -1 && m_primitiveDataType != ItemType_none;
@@ -83,6 +97,7 @@ class OVXMLLIB_API CParentElementInfo {
   ItemType m_primitiveDataType;
   WString m_primitiveFormatOverride;
   bool m_outputPrimitiveClassAsTextProperty;
+  mutable std::atomic<const std::type_info*> m_notNillable = nullptr;
 };
 
 }  // namespace OvXmlLib16Data

@@ -57,8 +57,11 @@ void CXmlGeneratedClass::CleanMetaData(CParentElementInfo*& info, CElementInfo**
   CleanTable(attributes);
 }
 
-bool CXmlGeneratedClass::IsNilObject() const {
+bool CXmlGeneratedClass::IsNilObject(const CParentElementInfo& info) const {
+  const std::type_info& type = typeid(*this);
+  if (info.IsKnownNotNillable(type)) return false;
   auto* nillable = dynamic_cast<INillable*>(const_cast<CXmlGeneratedClass*>(this));
+  if (nillable == nullptr) info.NoteNotNillable(type);
   return nillable != nullptr && nillable->IsNil();
 }
 
@@ -74,10 +77,11 @@ void CXmlGeneratedClass::ToXml_Int(CXmlWriter* writer, bool isRoot, const WChar*
 
 void CXmlGeneratedClass::WriteObject(CXmlWriter* writer, bool isRoot, const WChar* ns,
                                      const CSerializationContext& context, bool optionalChoice) const {
-  const bool isElement = GetClassInfo()->GetElementType() == XmlElementType_Element;
+  const CParentElementInfo& info = *GetClassInfo();
+  const bool isElement = info.GetElementType() == XmlElementType_Element;
   if (isElement) {
     if (isRoot) WriteRootFrame(writer, context);
-    writer->StartElement(GetElementName(), ViewOf(ns));
+    writer->StartElement(GetElementNameView(), ViewOf(ns));
     if (isRoot) {
       const CSmartPtr<CAttributeCol> additional = context.GetAdditionalRootAttributes();
       CXmlObjectBase::ToXml_Int(additional, writer, /*isRoot=*/false, ns, context, optionalChoice);
@@ -85,7 +89,7 @@ void CXmlGeneratedClass::WriteObject(CXmlWriter* writer, bool isRoot, const WCha
     AttributesToXml_Int(writer, context);
     if (isRoot && !context.GetInLineSchema().empty()) writer->WriteInlineSchema(context.GetInLineSchema());
   }
-  IsNilObject() ? writer->WriteXsiNil() : WriteContent(writer, context, optionalChoice);
+  IsNilObject(info) ? writer->WriteXsiNil() : WriteContent(writer, context, info, optionalChoice);
   if (isElement) writer->EndElement();
 }
 
@@ -104,8 +108,7 @@ void CXmlGeneratedClass::WriteRootFrame(CXmlWriter* writer, const CSerialization
 }
 
 void CXmlGeneratedClass::WriteContent(CXmlWriter* writer, const CSerializationContext& context,
-                                      bool optionalChoice) const {
-  const CParentElementInfo& info = *GetClassInfo();
+                                      const CParentElementInfo& info, bool optionalChoice) const {
   switch (info.GetElementGroupType()) {
     case XmlElementGroupType_Sequence:
     case XmlElementGroupType_All:
@@ -135,7 +138,7 @@ void CXmlGeneratedClass::AttributesToXml_Int(CXmlWriter* writer, const CSerializ
 // An object under another name than its class's needs its type written, or nobody could read it back.
 void CXmlGeneratedClass::WriteTypeAndAttributes(CXmlWriter* writer, const CSerializationContext& context) const {
   const CParentElementInfo& info = *GetClassInfo();
-  if (info.GetHasBaseClasses() && context.GetWriteTypeAttribute() && GetElementName() != info.GetElementName()) {
+  if (info.GetHasBaseClasses() && context.GetWriteTypeAttribute() && GetElementNameView() != info.GetElementName()) {
     writer->WriteXsiType(info.GetElementNamespace(), info.GetElementName(), ItemType_string);
   }
   for (CAttributeInfo** entry = GetClassAttributeInfo(); *entry != nullptr; ++entry) {

@@ -93,13 +93,14 @@ class OVXMLLIB_API CXmlGeneratedClass : public CXmlObjectBase {
 
   void WriteObject(CXmlWriter* writer, bool isRoot, const WChar* ns, const CSerializationContext& context,
                    bool optionalChoice) const;
-  void WriteContent(CXmlWriter* writer, const CSerializationContext& context, bool optionalChoice) const;
+  void WriteContent(CXmlWriter* writer, const CSerializationContext& context, const CParentElementInfo& info,
+                    bool optionalChoice) const;
   void WriteRootFrame(CXmlWriter* writer, const CSerializationContext& context) const;
   void WriteTypeAndAttributes(CXmlWriter* writer, const CSerializationContext& context) const;
   void ProcessElementSeqToXml(const CSerializationContext& context, CElementInfo** entries, CXmlWriter* writer) const;
   void ProcessElementChoiceToXml(const CSerializationContext& context, CElementInfo** entries, CXmlWriter* writer,
                                  bool optionalChoice) const;
-  bool IsNilObject() const;
+  bool IsNilObject(const CParentElementInfo& info) const;
 };
 
 }  // namespace OvXmlLib16

@@ -47,6 +47,25 @@ class SeenFlags {
   bool* m_flags;
 };
 
+// The namespace of a class, asked for when the first entry wants it: that costs an allocation for an object.
+class LazyNamespace {
+ public:
+  explicit LazyNamespace(const CXmlGeneratedClass& object) : m_object(object) {}
+
+  const WChar* For(const CElementInfo& entry) {
+    if (entry.UsesOwnersNamespace() && !m_isKnown) {
+      m_namespace = m_object.GetNamespace();
+      m_isKnown = true;
+    }
+    return m_namespace.c_str();
+  }
+
+ private:
+  const CXmlGeneratedClass& m_object;
+  WString m_namespace;
+  bool m_isKnown = false;
+};
+
 [[noreturn]] void ThrowUnreadChild(const CXmlElement& parent, const CXmlElement& child) {
   // Deliberate: the message is spelled so.
   throw COvValidationException(
@@ -83,9 +102,9 @@ void CXmlGeneratedClass::ReadObject(CXmlElement* parent, CXmlElement*& child, co
                                     bool optionalChoice) {
   Init();
   const CParentElementInfo& info = *GetClassInfo();
-  if (info.GetElementType() == XmlElementType_Element) SetElementName(parent->GetLocalName().c_str());
+  if (info.GetElementType() == XmlElementType_Element) SetElementName(WStringView(parent->GetLocalName()));
   ProcessAttributesFromXml(context, parent, info.GetFromXmlFailIfAttributeUnknown());
-  if (IsNilObject()) return;
+  if (IsNilObject(info)) return;
   child = ReadGroup(context, parent, child, info, optionalChoice);
   if (info.HasPrimitiveValue()) ReadPrimitiveValue(parent, info);
 }
@@ -120,10 +139,12 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& c
   SeenFlags seen(count);
   for (const CXmlAttribute* attribute = element->GetFirstAttribute(); attribute != nullptr;
        attribute = CXmlElement::GetNextAttribute(*attribute)) {
-    if (attribute->IsNamespaceAttribute()) continue;
-    if (attribute->IsNilAttribute()) {
-      ReadNil(*element, *attribute);
-      continue;
+    if (!attribute->GetNamespaceURI().empty()) {
+      if (attribute->IsNamespaceAttribute()) continue;
+      if (attribute->IsNilAttribute()) {
+        ReadNil(*element, *attribute);
+        continue;
+      }
     }
     std::size_t i = 0;
     // The interface of the entries wants it mutable; none of them changes it.
@@ -157,11 +178,11 @@ CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationCo
                                                           CXmlElement* child, XmlElementType elementType) {
   CElementInfo** const entries = GetClassElementInfo();
   CXmlElement* const saved = child;
-  const WString ns = GetNamespace();
+  LazyNamespace ns(*this);
   const bool skips = context.GetIgnoreUnknownElements();
   for (std::size_t start = 0;;) {
     for (std::size_t i = start; entries[i] != nullptr; ++i) {
-      while (!entries[i]->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType)) {
+      while (!entries[i]->ElementFromXml(context, this, parent, &child, ns.For(*entries[i]), elementType)) {
         if (!skips || child == nullptr) return saved;
         child = child->GetNextSiblingElement();
       }
@@ -179,10 +200,10 @@ CXmlElement* CXmlGeneratedClass::ProcessElementChoiceFromXml(const CSerializatio
                                                              bool optionalChoice) {
   const bool isElement = elementType == XmlElementType_Element, skips = context.GetIgnoreUnknownElements();
   CXmlElement* const saved = child;
-  const WString ns = GetNamespace();
+  LazyNamespace ns(*this);
   const auto takesOne = [&] {
     for (CElementInfo** entry = GetClassElementInfo(); *entry != nullptr; ++entry) {
-      if ((*entry)->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType)) return true;
+      if ((*entry)->ElementFromXml(context, this, parent, &child, ns.For(**entry), elementType)) return true;
     }
     return false;
   };
@@ -209,12 +230,13 @@ CXmlElement* CXmlGeneratedClass::ProcessElementAllFromXml(const CSerializationCo
   const std::size_t count = CountEntries(entries);
   const bool isElement = elementType == XmlElementType_Element;
   CXmlElement* const saved = child;
-  const WString ns = GetNamespace();
+  LazyNamespace ns(*this);
   SeenFlags seen(count);
   for (const CXmlElement* last = nullptr; child != nullptr && child != last;) {
     last = child;
     for (std::size_t i = 0; i < count; ++i) {
-      if (!seen[i]) seen[i] = entries[i]->ElementFromXml(context, this, parent, &child, ns.c_str(), elementType);
+      if (seen[i]) continue;
+      seen[i] = entries[i]->ElementFromXml(context, this, parent, &child, ns.For(*entries[i]), elementType);
     }
   }
   for (std::size_t i = 0; i < count; ++i) {

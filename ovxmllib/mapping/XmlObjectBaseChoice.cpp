@@ -30,7 +30,7 @@ void CXmlObjectBase::Choice_SelectElement(const WChar* name, const CXmlObjectBas
 
 void CXmlObjectBase::Choice_SetElementValid(bool valid, const WChar* name, WString& selected) {
   // Deliberate: whichever member it named.
-  if (!valid) selected.clear();
+  if (!valid) return selected.clear();
   if (!selected.empty() && selected != ViewOf(name)) {
     throw COvInvalidStateException(FormatString(
         u"The Property %s is already set. Only one element within this class bay be set at a time", selected));

@@ -305,6 +305,10 @@ void CDecimal::AppendTo(WString& out) const {
 WString CDecimal::ToString(std::int32_t places) const {
   // Decided: fewer places than none are none; docs/decisions.md, Values.
   const std::int64_t kept = std::max(places, 0);
+  // There is nothing to round, and the places that rounding works with would be enough.
+  if (m_fractionDivider <= kept && kept < GetMaxDecimalPlaces()) {
+    return PrintCut(static_cast<std::size_t>(kept)).append(static_cast<std::size_t>(kept - m_fractionDivider), u'0');
+  }
   CDecimal half(CBigInteger(), CBigInteger(5), kept + 1);
   if (IsNegative()) half.Negate();
   half.Tidy();

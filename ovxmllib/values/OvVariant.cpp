@@ -36,6 +36,20 @@ void OvVariant::Clear() noexcept {
   m_isNil = false;
 }
 
+void OvVariant::ClearForReuse() noexcept {
+  constexpr std::size_t kLargeText = 4096;  // code units
+  if (auto* text = std::get_if<WString>(&m_value); text != nullptr) {
+    if (text->capacity() > kLargeText) return Clear();
+    text->clear();
+  } else if (std::holds_alternative<CSmartPtr<CXmlObjectBase>>(m_value) ||
+             std::holds_alternative<CBinaryData>(m_value) || std::holds_alternative<CDecimal>(m_value) ||
+             std::holds_alternative<CBigInteger>(m_value)) {
+    return Clear();
+  }
+  m_type = ItemType_none;
+  m_isNil = false;
+}
+
 void OvVariant::SetNil() noexcept {
   m_value.emplace<std::monostate>();
   m_isNil = true;
@@ -84,15 +98,22 @@ CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
   return object == nullptr ? CSmartPtr<CXmlObjectBase>() : *object;
 }
 
+CSmartPtr<CXmlObjectBase> OvVariant::TakeXmlObject() noexcept {
+  assert(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection);
+  auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
+  return object == nullptr ? CSmartPtr<CXmlObjectBase>() : std::move(*object);
+}
+
 void OvVariant::SetXmlCollection(CXmlCollectionBase* collection) {
   SetXmlObject(collection);
   m_type = ItemType_XmlCollection;
 }
 
 CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
-  CXmlObjectBase* const object = GetXmlObject();
-  assert(m_type == ItemType_XmlCollection && object != nullptr);
-  return m_type == ItemType_XmlCollection ? static_cast<CXmlCollectionBase*>(object) : nullptr;
+  const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
+  const bool isCollection = m_type == ItemType_XmlCollection && object != nullptr;
+  assert(isCollection && *object != nullptr);
+  return isCollection ? static_cast<CXmlCollectionBase*>(static_cast<CXmlObjectBase*>(*object)) : nullptr;
 }
 
 }  // namespace OvXmlLib16

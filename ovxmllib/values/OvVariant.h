@@ -39,6 +39,8 @@ struct OVXMLLIB_API OvVariant {
   void Clear() noexcept;
   /// The same.
   void SetInvalid() noexcept { Clear(); }
+  /// The same, but the memory of a text is kept for the next one unless it is large: for variants that are used again.
+  void ClearForReuse() noexcept;
   /// Whether it holds a value or is nil.
   bool IsValid() const noexcept { return m_type != ItemType_none || m_isNil; }
 
@@ -125,6 +127,8 @@ struct OVXMLLIB_API OvVariant {
   void SetXmlObject(CXmlObjectBase* object);
   /// The object, of a variant that holds a collection the collection.
   CSmartPtr<CXmlObjectBase> GetXmlObject() const;
+  /// The same object, with the reference that the variant had; leaves null.
+  CSmartPtr<CXmlObjectBase> TakeXmlObject() noexcept;
   /// Takes a reference to the collection. Null is allowed, but must not be asked for.
   void SetXmlCollection(CXmlCollectionBase* collection);
   CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;

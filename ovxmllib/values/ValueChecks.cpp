@@ -180,4 +180,8 @@ void CheckPrimitiveValue(const WChar* name, const OvVariant& value, ItemType typ
   if (!isChecked) throw COvInvalidValueException(u"Unknown type [" + value.GetType() + u"].");
 }
 
+bool PassesEveryValue(ItemType type, const CPrimitiveRestrictions& facets) noexcept {
+  return !HasFacets(facets) && type != ItemType_char && VisitPrimitive(type, [](auto) {});
+}
+
 }  // namespace OvXmlLib16

@@ -35,4 +35,7 @@ void CheckPrimitive(WStringView name, const typename Primitive<kType>::Value& va
 /// Whether there is any facet to check.
 bool HasFacets(const CPrimitiveRestrictions& facets) noexcept;
 
+/// Whether CheckPrimitiveValue passes every value of this type, so that it need not be called.
+bool PassesEveryValue(ItemType type, const CPrimitiveRestrictions& facets) noexcept;
+
 }  // namespace OvXmlLib16

@@ -1,0 +1,15 @@
+// Names that recur in every object of a class, kept once for the process.
+#pragma once
+
+#include <cstddef>
+
+#include "ovxmllib/foundation/WideString.h"
+
+namespace OvXmlLib16 {
+
+/// Where a name is kept, as CompactText lays a text out, for the rest of the process; null when there is no room for
+/// it. There are some hundred places for short names, so that documents with ever new names cannot fill the memory. Any
+/// thread may call it; it costs a look at one place. Throws std::bad_alloc at a name's first use.
+const std::size_t* FindKeptName(WStringView name);
+
+}  // namespace OvXmlLib16
