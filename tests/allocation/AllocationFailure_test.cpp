@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-
-#include "ovxmllib/document/SlabCache.h"
+#include "tests/support/AllocationLoop.h"
 #include "tests/support/AnyObject.h"
 #include "tests/support/Documents.h"
 #include "tests/support/FailingNew.h"
@@ -12,25 +10,8 @@ namespace OvXmlLib16 {
 namespace {
 
 using test::AnyObject;
+using test::ExpectSafe;
 using test::Loading;
-
-// Lets the first allocation of `call` fail, then the second and so on, until it succeeds.
-void ExpectSafe(const char* name, const std::function<void()>& call) {
-  call();  // makes what is made once in a process
-  for (std::size_t failing = 1, left = 0; left == 0; ++failing) {
-    TrimSlabCache();
-    const std::ptrdiff_t before = test::g_liveBlocks;
-    test::g_callsToFailure = failing;
-    try {
-      call();
-      left = test::g_callsToFailure;
-    } catch (const std::bad_alloc&) {
-    }
-    test::g_callsToFailure = 0;
-    TrimSlabCache();
-    ASSERT_EQ(test::g_liveBlocks, before) << name << ", allocation " << failing;
-  }
-}
 
 TEST(AllocationFailure, LeaksNothingAndBreaksNothing) {
   std::string text = ToUtf8(test::kSample);
