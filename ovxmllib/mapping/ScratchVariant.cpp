@@ -31,7 +31,9 @@ ScratchVariant::~ScratchVariant() {
     delete m_lent;
     return;
   }
+  constexpr std::size_t kLargeText = 4096;  // code units
   m_lent->value.ClearForReuse();
+  if (m_lent->text.capacity() > kLargeText) WString().swap(m_lent->text);
   Lent::Idle() = m_lent;
 }
 
