@@ -54,6 +54,7 @@ class DocumentTree {
   std::size_t FindOrdinal(WStringView path) const;
   /// Makes the start of the element with this number throw a COvException, to which the reader adds the place.
   void StopAt(std::size_t ordinal) noexcept { m_stopAt = ordinal; }
+  bool StopsEarly() const noexcept { return m_stopAt != 0; }
 
   const WString* FindNamespace(WStringView alias) const;
   /// Null when no alias has the namespace.

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
@@ -54,6 +56,9 @@ std::filesystem::path CXmlDocument::PathOf(const WChar* path) { return platform:
 
 void CXmlDocument::Load(const std::filesystem::path& path) {
   Cleanup();
+  // A pipe gives its content once; to open it again may wait for a writer for ever.
+  std::error_code ignored;
+  if (m_tree->StopsEarly() && !std::filesystem::is_regular_file(path, ignored)) return;
   g_readInChunks ? LoadInChunks(path) : LoadWhole(path);
 }
 

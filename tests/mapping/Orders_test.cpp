@@ -4,13 +4,16 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <fstream>
 #include <regex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "bench/OrdersDocument.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace OvXmlLib16::test {
 namespace {
@@ -99,6 +102,26 @@ TEST_F(Orders, FaultsAreToldWithTheirPlace) {
   for (const auto& fault : kFaults) {
     EXPECT_THAT(MessageOf(with(fault.pattern, fault.replacement)), testing::HasSubstr(fault.message));
   }
+}
+
+// The place is found by reading once more, which a pipe does not allow.
+TEST_F(Orders, FaultsInFilesHaveALineAndFaultsInPipesNone) {
+  const TemporaryFolder folder;
+  const std::string fault = "<orders xmlns='urn:example:orders'>\n<header/>\n <unknown/></orders>";
+  std::ofstream(folder / "file") << fault;
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  std::thread writer([&] { std::ofstream(folder / "pipe") << fault; });
+  const auto lineOf = [&](const char* name) {
+    try {
+      CSmartPtr<COrders>(new COrders)->FromXmlFile(folder / name);
+    } catch (const COvException& exception) {
+      return exception.GetLine();
+    }
+    return std::uint64_t{99};
+  };
+  EXPECT_EQ(lineOf("pipe"), 0u);
+  writer.join();
+  EXPECT_EQ(lineOf("file"), 2u);
 }
 
 TEST_F(Orders, FacetsAreCheckedOnReadingWhenTheContextSaysSo) {
