@@ -46,7 +46,7 @@ void DocumentTree::Clear() noexcept {
   m_pool.Clear();
 }
 
-void DocumentTree::StartElement(std::string_view name) {
+void DocumentTree::StartElement(const ExpandedName& name) {
   if (m_stopAt != 0 && ++m_started == m_stopAt) throw COvException(u"Here.");
   const std::size_t limit = m_context.GetMaxElementDepth();
   if (limit != 0 && m_open.size() >= limit) {
@@ -54,10 +54,9 @@ void DocumentTree::StartElement(std::string_view name) {
         u"The elements are nested deeper than %d levels. CSerializationContext::SetMaxElementDepth sets this limit.",
         limit));
   }
-  const ExpandedName& expanded = m_names.Intern(name, m_context.GetMaxNameLength());
   OpenElement opened{nullptr, nullptr, nullptr, nullptr, nullptr, 0, m_pool.GetMark(), m_elements, m_attributes};
   const CXmlElement* parent = m_open.empty() ? nullptr : m_open.back().element;
-  opened.element = new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(&m_owner, parent, expanded);
+  opened.element = new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(&m_owner, parent, name);
   ++m_elements;
   if (m_open.empty()) {
     m_documentElement = opened.element;
@@ -70,11 +69,10 @@ void DocumentTree::StartElement(std::string_view name) {
   m_attributesOfOpen = std::exchange(m_declarations, 0);
 }
 
-void DocumentTree::AddAttribute(std::string_view name, std::string_view value) {
+void DocumentTree::AddAttribute(const ExpandedName& name, std::string_view value) {
   OpenElement& open = m_open.back();
   CheckAttributeCount(m_attributesOfOpen);
-  const ExpandedName& expanded = m_names.Intern(name, m_context.GetMaxNameLength());
-  auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, expanded);
+  auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, name);
   ++m_attributes;
   ++m_attributesOfOpen;
   (open.lastAttribute != nullptr ? open.lastAttribute->m_pNext : open.element->m_pFirstAttribute) = attribute;

@@ -29,12 +29,18 @@ class DocumentTree {
   /// Drops everything.
   void Clear() noexcept;
 
-  /// Opens an element: the document element if there is none, else the next child of the open one. `name` as NameTable
-  /// takes it. Throws COvException beyond the limits on depth and names.
-  void StartElement(std::string_view name);
-  /// Adds an attribute to the element that was opened last, before anything else happens to it. Throws COvException
-  /// beyond the limits on attributes, names and text.
-  void AddAttribute(std::string_view name, std::string_view value);
+  /// The name for `qualified`, which is as NameTable takes it, until the tree is cleared. Throws COvException beyond
+  /// the limit on names.
+  const ExpandedName& InternName(std::string_view qualified) {
+    return m_names.Intern(qualified, m_context.GetMaxNameLength());
+  }
+
+  /// Opens an element: the document element if there is none, else the next child of the open one. The name is one of
+  /// this tree. Throws COvException beyond the limit on depth.
+  void StartElement(const ExpandedName& name);
+  /// Adds an attribute to the element that was opened last, before anything else happens to it. The name is one of this
+  /// tree. Throws COvException beyond the limits on attributes and text.
+  void AddAttribute(const ExpandedName& name, std::string_view value);
   /// Appends to the text of the open element, without any U+000D. Throws COvException beyond the limit on text.
   void AppendText(std::string_view text);
   /// Ends the open element, asks the callback, and drops the element if it says so. Passes on what the callback throws.
@@ -55,6 +61,8 @@ class DocumentTree {
   /// Makes the start of the element with this number throw a COvException, to which the reader adds the place.
   void StopAt(std::size_t ordinal) noexcept { m_stopAt = ordinal; }
   bool StopsEarly() const noexcept { return m_stopAt != 0; }
+  /// Whether nobody notices when a document is read into it, dropped, and read once more.
+  bool ReadsUnseen() const noexcept { return m_callback == nullptr && !StopsEarly(); }
 
   const WString* FindNamespace(WStringView alias) const;
   /// Null when no alias has the namespace.

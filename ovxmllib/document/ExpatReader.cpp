@@ -53,10 +53,10 @@ struct CExpatReader::Handlers {
     CExpatReader& self = Self(userData);
     self.Guarded([&] {
       self.Limited([&] {
-        self.m_tree.StartElement(ViewOf(name));
+        self.m_tree.StartElement(self.m_tree.InternName(ViewOf(name)));
         const XML_Char** const end = attributes + XML_GetSpecifiedAttributeCount(self.m_parser);
         for (; attributes != end; attributes += 2) {
-          self.m_tree.AddAttribute(ViewOf(attributes[0]), ViewOf(attributes[1]));
+          self.m_tree.AddAttribute(self.m_tree.InternName(ViewOf(attributes[0])), ViewOf(attributes[1]));
         }
         for (; *attributes != nullptr; attributes += 2) self.AddDefault(ViewOf(attributes[0]), ViewOf(attributes[1]));
       });
@@ -201,7 +201,7 @@ void CExpatReader::AddDefault(std::string_view name, std::string_view value) {
   if (m_defaultedBytes > kFreeBytes && m_defaultedBytes / kMaxFactor > read) {
     throw COvException(u"The default values of attributes multiply the document more than a hundredfold.");
   }
-  m_tree.AddAttribute(name, value);
+  m_tree.AddAttribute(m_tree.InternName(name), value);
 }
 
 // Some forty times as many as the largest vocabularies have. A chain of a million, each made of the one before, takes

@@ -4,8 +4,10 @@
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/DocumentTree.h"
 #include "ovxmllib/document/ExpatReader.h"
+#include "ovxmllib/document/PlainReader.h"
 #include "ovxmllib/document/SlabCache.h"
 #include "ovxmllib/foundation/OvZip.h"
+#include "ovxmllib/foundation/Unicode.h"
 
 namespace OvXmlLib16 {
 
@@ -48,6 +50,7 @@ void CXmlDocument::LoadXml(const WChar* text) {
   if (view.empty()) throw COvException(u"XML String is empty!");
   const std::size_t length = view.size() * sizeof(WChar);
   CheckInputLength(length);
+  if (ReadPlain(view)) return;
   // The byte order mark tells the parser this machine's order. Text decoded from a file may still have its own.
   constexpr WChar kByteOrderMark = 0xFEFF;
   CExpatReader reader(*m_tree, *m_context);
@@ -73,9 +76,29 @@ void CXmlDocument::Parse(const unsigned char* data, std::size_t length) {
 }
 
 void CXmlDocument::ParseText(const unsigned char* data, std::size_t length) {
+  if (ReadPlain(data, length, DeclaredEncoding::Valid)) return;
   CExpatReader reader(*m_tree, *m_context);
   reader.Open();
   reader.Parse(data, length, /*isFinal=*/true);
+}
+
+bool CXmlDocument::ReadPlain(WStringView text) {
+  const auto measured = unicode::MeasureUtf8(text);
+  if (measured.read != text.size() || !m_tree->ReadsUnseen()) return false;
+  const auto bytes = std::make_unique_for_overwrite<unsigned char[]>(measured.written);
+  return ReadPlain(bytes.get(), unicode::WideToUtf8(text, bytes.get()).written, DeclaredEncoding::Outdated);
+}
+
+// False when the parser has to read the text.
+bool CXmlDocument::ReadPlain(const unsigned char* data, std::size_t length, DeclaredEncoding declared) {
+  if (!m_tree->ReadsUnseen()) return false;
+  try {
+    if (PlainReader(*m_tree, *m_context, declared).Read(data, length)) return true;
+  } catch (const COvException&) {
+    // The parser comes to the same limit, and knows the place.
+  }
+  m_tree->Clear();
+  return false;
 }
 
 void CXmlDocument::CheckInputLength(std::uint64_t length) const {

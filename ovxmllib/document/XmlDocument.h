@@ -17,6 +17,7 @@ namespace OvXmlLib16 {
 
 class COvException;
 class DocumentTree;
+enum class DeclaredEncoding;
 
 namespace platform {
 class File;
@@ -113,6 +114,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   void LoadInChunks(const std::filesystem::path& path);
   void Parse(const unsigned char* data, std::size_t length);
   void ParseText(const unsigned char* data, std::size_t length);
+  bool ReadPlain(WStringView text);
+  bool ReadPlain(const unsigned char* data, std::size_t length, DeclaredEncoding declared);
   void CheckInputLength(std::uint64_t length) const;
   /// Adds line and column to an exception that has the path of one of the elements. `load` is what loaded the document:
   /// it does so once more, up to that element.

@@ -281,6 +281,17 @@ std::size_t Utf8ToWideDroppingCr(const unsigned char* data, std::size_t length, 
   return WidenPlain(data, length, out) ? length : ConvertDroppingCr(data, length, out);
 }
 
+std::size_t SequenceLength(const unsigned char* data, std::size_t left) noexcept {
+  if (data[0] < 0x80) return 1;
+  return DecodeSequence(data, left).units;
+}
+
+std::size_t PointToUtf8(std::uint32_t point, unsigned char* out) noexcept {
+  if (point >= 0x80) return static_cast<std::size_t>(PutUtf8(point, out) - out);
+  *out = static_cast<unsigned char>(point);
+  return 1;
+}
+
 Progress MeasureUtf8(WStringView text) noexcept {
   std::size_t bytes = 0;
   for (std::size_t i = 0; i < text.size();) {

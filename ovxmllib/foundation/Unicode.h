@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "ovxmllib/foundation/WideString.h"
@@ -36,6 +37,12 @@ Progress Utf8ToWide(const unsigned char* data, std::size_t length, WChar* out) n
 /// Converts bytes that are known to be legal UTF-8, leaving out every U+000D. Returns the units written; `out` has room
 /// for `length` units. Deliberate: input that is not legal is stopped at, not reported; the parser has checked it.
 std::size_t Utf8ToWideDroppingCr(const unsigned char* data, std::size_t length, WChar* out) noexcept;
+
+/// The length of the legal UTF-8 sequence that the `left` bytes at `data` begin with; 0 when there is none.
+std::size_t SequenceLength(const unsigned char* data, std::size_t left) noexcept;
+
+/// Writes a code point that is no surrogate, at most four bytes; returns their number.
+std::size_t PointToUtf8(std::uint32_t point, unsigned char* out) noexcept;
 
 /// The number of UTF-8 bytes of `text` up to its end or its first unpaired surrogate.
 Progress MeasureUtf8(WStringView text) noexcept;
