@@ -250,6 +250,9 @@ void CElement::ToXml_Int(CXmlWriter* writer, bool, const WChar* ns, const CSeria
   const CElementCol* const children = KnownChildren();
   __builtin_prefetch(attributes);
   __builtin_prefetch(children);
+  if (attributes == nullptr && children == nullptr) {
+    return writer->WriteTextElement(m_name->localName, m_name->namespaceURI, m_text.View(), ItemType_string);
+  }
   writer->StartElement(m_name->localName, m_name->namespaceURI);
   if (attributes != nullptr) attributes->ToXml_Int(writer, kIsRoot, ns, context, optionalChoice);
   if (children != nullptr) children->ToXml_Int(writer, kIsRoot, ns, context, optionalChoice);

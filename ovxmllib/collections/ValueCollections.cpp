@@ -116,9 +116,7 @@ void ValueItems<T>::Write(CXmlWriter* writer, const CSerializationContext& conte
   WString scratch;
   for (const T& value : *this) {
     scratch.clear();
-    writer->StartElement(name, m_strNamespace);
-    writer->WriteText(print(value, scratch), type);
-    writer->EndElement();
+    writer->WriteTextElement(name, m_strNamespace, print(value, scratch), type);
   }
 }
 

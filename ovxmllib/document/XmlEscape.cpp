@@ -144,6 +144,10 @@ void WriteEscaped(CTextStream& stream, WStringView before, WStringView text, WSt
   stream.Write(after);
 }
 
+std::size_t CopyUnescaped(WChar* out, WStringView text, const EscapeRules& rules) {
+  return CopyRun(out, text, rules.special);
+}
+
 void CheckCharacters(WStringView text) {
   for (std::size_t i = 0; i < text.size();) {
     const bool isNever = IsSpecial(text[i], kNeverAllowed);

@@ -1,6 +1,7 @@
 // The escaping of XML text (XML 1.0, sections 2.4 and 2.11).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "ovxmllib/foundation/TextStream.h"
@@ -37,6 +38,10 @@ inline constexpr EscapeRules kEscapeAttribute = {escape_detail::SpecialCharacter
 /// that XML does not allow and at an unpaired surrogate; what stands before it may have been written.
 void WriteEscaped(CTextStream& stream, WStringView before, WStringView text, WStringView after,
                   const EscapeRules& rules);
+
+/// Copies the run that `text` begins with and that goes out as it is to `out`, which has room for all of `text`, and
+/// returns its length. What stands behind it has to be escaped or refused.
+std::size_t CopyUnescaped(WChar* out, WStringView text, const EscapeRules& rules);
 
 /// Throws as WriteEscaped does, and writes nothing.
 void CheckCharacters(WStringView text);

@@ -14,6 +14,7 @@ namespace OvXmlLib16 {
 namespace {
 
 constexpr std::size_t kFlushThreshold = 4096;  // code units
+constexpr std::size_t kShortText = 1024;       // fits into a block of the stream with all that stands around it
 
 constexpr WStringView kSectionStart = u"<![CDATA[";
 constexpr WStringView kSectionEnd = u"]]>";
@@ -42,6 +43,16 @@ class MarkupRun {
   MarkupRun& Put(WStringView few) noexcept {
     m_end = PutUnits(m_end, few);
     return *this;
+  }
+  MarkupRun& PutName(WStringView prefix, WStringView local) noexcept {
+    if (!prefix.empty()) *this << prefix << u':';
+    return *this << local;
+  }
+  /// As CopyUnescaped.
+  std::size_t PutText(WStringView text, const EscapeRules& rules) {
+    const std::size_t copied = CopyUnescaped(m_end, text, rules);
+    m_end += copied;
+    return copied;
   }
 
  private:
@@ -173,8 +184,7 @@ void CXmlTextWriter::StartElement(WStringView name, WStringView ns) {
     if (closesTag) (run << u'>').Put(lineEnd);
     run.CopyOwn(indent) << u'<';
     // Not copied from what was kept of it just now: the processor would wait for the pieces of it to come together.
-    if (!prefix.empty()) run << prefix << u':';
-    run << name;
+    run.PutName(prefix, name);
   }
   if (declares) WriteDeclaration(u" xmlns:", *alias, ns);
   if (isRoot) DeclareDocumentScope();
@@ -297,6 +307,38 @@ void CXmlTextWriter::WriteXsiType(WStringView ns, WStringView typeName, ItemType
 }
 
 void CXmlTextWriter::WriteXsiNil() { WriteAttribute(u"nil", kXsiNamespace, u"true", ItemType_boolean); }
+
+// In one go, without opening a context: what is not plain takes the long way.
+void CXmlTextWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  const CXmlWriterContext* const parent = GetContext();
+  const bool isPlain = parent != nullptr && !text.empty() && text.size() <= kShortText && !IsSectionStart(text);
+  const bool hasPrefix = isPlain && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
+  const WString* const alias = hasPrefix ? parent->GetNamespaceMapValue(ns) : nullptr;
+  if (!isPlain || (hasPrefix && alias == nullptr)) return CXmlWriter::WriteTextElement(name, ns, text, type);
+  const WStringView prefix = alias == nullptr ? WStringView() : *alias;
+  const WStringView lineEnd = GetLineEnd();
+  const WStringView indent = GetIndent(parent->depth + 1);
+  const bool closesTag = CountChild();
+  std::size_t copied;
+  {
+    MarkupRun run(*m_pStream, 2 * (lineEnd.size() + prefix.size() + name.size()) + indent.size() + text.size() + 8);
+    if (closesTag) (run << u'>').Put(lineEnd);
+    (run.CopyOwn(indent) << u'<').PutName(prefix, name) << u'>';
+    copied = run.PutText(text, *m_textRules);
+    if (copied == text.size()) ((run << u'<' << u'/').PutName(prefix, name) << u'>').Put(lineEnd);
+  }
+  if (copied != text.size()) {
+    WriteEscaped(*m_pStream, {}, text.substr(copied), {}, *m_textRules);
+    WriteEndTag(prefix, name);
+  }
+  FlushIfDue();
+}
+
+void CXmlTextWriter::WriteEndTag(WStringView prefix, WStringView name) {
+  const WStringView lineEnd = GetLineEnd();
+  MarkupRun run(*m_pStream, prefix.size() + name.size() + lineEnd.size() + 4);
+  ((run << u'<' << u'/').PutName(prefix, name) << u'>').Put(lineEnd);
+}
 
 void CXmlTextWriter::GrowIndents(std::size_t length) {
   const std::size_t wanted = 2 * length + kRoomySlack;

@@ -63,6 +63,7 @@ class CXmlTextWriter : public CXmlWriter {
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
   void WriteXsiNil() override;
+  void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
 
  private:
   static ClassType& Record();
@@ -73,6 +74,7 @@ class CXmlTextWriter : public CXmlWriter {
   void GrowIndents(std::size_t length);
   bool CountChild() noexcept;
   void PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name);
+  void WriteEndTag(WStringView prefix, WStringView name);
   void WriteDeclaration(WStringView start, WStringView alias, WStringView ns);
   void DeclareDocumentScope();
   void WriteTextWithSections(WStringView text);

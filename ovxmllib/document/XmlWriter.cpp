@@ -29,6 +29,12 @@ void CXmlWriter::AddNamespace(WStringView alias, WStringView ns) {
   m_pContext != nullptr ? m_pContext->SetNamespaceMapValue(ns, alias) : m_documentScope->Set(ns, alias);
 }
 
+void CXmlWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  StartElement(name, ns);
+  WriteText(text, type);
+  EndElement();
+}
+
 void CXmlWriter::SetArrayState(int state) noexcept {
   if (m_pContext != nullptr) m_pContext->arrayState = state;
 }

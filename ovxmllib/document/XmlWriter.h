@@ -59,6 +59,9 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   virtual void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) = 0;
   /// Writes `xsi:nil` as true.
   virtual void WriteXsiNil() = 0;
+  /// Writes an element that has text and nothing else, as StartElement, WriteText and EndElement do, which is what it
+  /// calls here. Most elements are such: a format may have a shorter way.
+  virtual void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type);
 
   /// Tells a format with arrays that a collection begins (1) or has ended (3); kept on the open element, if any.
   void SetArrayState(int state) noexcept;

@@ -103,9 +103,7 @@ bool CElementInfo::IsDefault(WStringView text) const {
 }
 
 void CElementInfo::WriteElement(CXmlWriter* writer, WStringView text, ItemType type) const {
-  writer->StartElement(m_name, m_namespace);
-  writer->WriteText(text, type);
-  writer->EndElement();
+  writer->WriteTextElement(m_name, m_namespace, text, type);
 }
 
 // A reader takes the default for an empty element.

@@ -11,30 +11,44 @@ using OvXmlLib16::WStringView;
 struct ScratchVariant::Lent {
   OvVariant value;
   WString text;
-  bool isTheThreads = false;
-
-  // The one of this thread, or null while it is on loan.
-  static Lent*& Idle() noexcept {
-    thread_local Lent own{{}, {}, true};
-    thread_local Lent* idle = &own;
-    return idle;
-  }
 };
 
-ScratchVariant::ScratchVariant() {
-  Lent*& idle = Lent::Idle();
-  m_lent = idle != nullptr ? std::exchange(idle, nullptr) : new Lent;
+namespace {
+
+enum class ThreadState : unsigned char { New, Running, Ending };
+
+constinit thread_local ThreadState t_state = ThreadState::New;
+
+}  // namespace
+
+// The one of this thread that waits for use, or null.
+constinit thread_local ScratchVariant::Lent* ScratchVariant::t_idle = nullptr;
+
+ScratchVariant::Lent* ScratchVariant::Make() {
+  struct AtThreadEnd {
+    ~AtThreadEnd() {
+      t_state = ThreadState::Ending;
+      delete std::exchange(t_idle, nullptr);
+    }
+  };
+  if (t_state == ThreadState::New) {
+    static thread_local const AtThreadEnd atThreadEnd;
+    t_state = ThreadState::Running;
+  }
+  return new Lent;
 }
 
+ScratchVariant::ScratchVariant() : m_lent(t_idle != nullptr ? std::exchange(t_idle, nullptr) : Make()) {}
+
 ScratchVariant::~ScratchVariant() {
-  if (!m_lent->isTheThreads) {
+  constexpr std::size_t kLargeText = 4096;  // code units
+  if (t_idle != nullptr || t_state == ThreadState::Ending) {
     delete m_lent;
     return;
   }
-  constexpr std::size_t kLargeText = 4096;  // code units
   m_lent->value.ClearForReuse();
   if (m_lent->text.capacity() > kLargeText) WString().swap(m_lent->text);
-  Lent::Idle() = m_lent;
+  t_idle = m_lent;
 }
 
 OvVariant& ScratchVariant::operator*() const noexcept { return m_lent->value; }

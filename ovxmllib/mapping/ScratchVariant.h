@@ -22,7 +22,10 @@ class ScratchVariant {
  private:
   struct Lent;
 
-  Lent* m_lent;
+  static Lent* Make();
+
+  static thread_local Lent* t_idle;
+  Lent* m_lent;  // owned
 };
 
 }  // namespace OvXmlLib16Data

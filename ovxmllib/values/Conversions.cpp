@@ -54,7 +54,7 @@ void AppendFormatted(double value, WStringView format, WString& out) {
 }
 
 void AppendFormatted(const CDecimal& value, WStringView format, WString& out) {
-  out += value.ToString(ParseInteger<std::uint16_t>(format));
+  value.AppendTo(out, ParseInteger<std::uint16_t>(format));
 }
 
 }  // namespace primitive_detail

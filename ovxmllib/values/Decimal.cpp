@@ -303,26 +303,33 @@ void CDecimal::AppendTo(WString& out) const {
 }
 
 WString CDecimal::ToString(std::int32_t places) const {
+  WString text;
+  AppendTo(text, places);
+  return text;
+}
+
+void CDecimal::AppendTo(WString& out, std::int32_t places) const {
   // Decided: fewer places than none are none; docs/decisions.md, Values.
   const std::int64_t kept = std::max(places, 0);
   // There is nothing to round, and the places that rounding works with would be enough.
   if (m_fractionDivider <= kept && kept < GetMaxDecimalPlaces()) {
-    return PrintCut(static_cast<std::size_t>(kept)).append(static_cast<std::size_t>(kept - m_fractionDivider), u'0');
+    AppendCut(out, static_cast<std::size_t>(kept));
+    out.append(static_cast<std::size_t>(kept - m_fractionDivider), u'0');
+    return;
   }
   CDecimal half(CBigInteger(), CBigInteger(5), kept + 1);
   if (IsNegative()) half.Negate();
   half.Tidy();
-  return (half + *this).PrintCut(static_cast<std::size_t>(kept));
+  (half + *this).AppendCut(out, static_cast<std::size_t>(kept));
 }
 
-WString CDecimal::PrintCut(std::size_t places) const {
-  WString text(IsNegative() ? 1 : 0, u'-');
-  m_integerPart.m_magnitude.AppendTo(text);
-  text += u'.';
-  const std::size_t start = text.size();
-  m_fractionPart.m_magnitude.AppendTo(text, static_cast<std::size_t>(m_fractionDivider));
-  text.resize(start + std::min(places, text.size() - start));
-  return text;
+void CDecimal::AppendCut(WString& out, std::size_t places) const {
+  if (IsNegative()) out += u'-';
+  m_integerPart.m_magnitude.AppendTo(out);
+  out += u'.';
+  const std::size_t start = out.size();
+  m_fractionPart.m_magnitude.AppendTo(out, static_cast<std::size_t>(m_fractionDivider));
+  out.resize(start + std::min(places, out.size() - start));
 }
 
 CBigInteger CDecimal::ToBigInteger() const {

@@ -74,6 +74,8 @@ class OVXMLLIB_API CDecimal {
   /// places or more nothing is added, and the digits come as they are. A negative zero prints its sign. `places` below
   /// 0 count as 0; there is no upper limit, and the text is never longer than the digits that there are.
   WString ToString(std::int32_t places) const;
+  /// Appends what ToString of so many places returns.
+  void AppendTo(WString& out, std::int32_t places) const;
 
   /// The nearest whole number, an exact half being dropped. Throw COvOverFlowException where that does not fit.
   std::int32_t ToLong() const;
@@ -154,7 +156,7 @@ class OVXMLLIB_API CDecimal {
   static bool TestFractions(const CDecimal& a, const CDecimal& b, Test test);
 
   bool IsNegative() const noexcept { return m_integerPart.m_sign < 0; }
-  WString PrintCut(std::size_t places) const;
+  void AppendCut(WString& out, std::size_t places) const;
   std::size_t Hash() const;
 
   CBigInteger m_integerPart;

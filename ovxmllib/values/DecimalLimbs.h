@@ -38,7 +38,13 @@ class OVXMLLIB_API DecimalLimbs {
       : m_heap(const_cast<Limb*>(lasting.data())),
         m_size(static_cast<std::uint32_t>(lasting.size())),
         m_capacity(kBorrowed) {}
-  DecimalLimbs(const DecimalLimbs& other);
+  DecimalLimbs(const DecimalLimbs& other) : m_size(other.m_size), m_capacity(kInlineLimbs) {
+    if (other.m_capacity == kInlineLimbs) {
+      std::memcpy(m_inline, other.m_inline, sizeof m_inline);
+    } else {
+      CopyLarge(other);
+    }
+  }
   /// Leaves zero behind.
   DecimalLimbs(DecimalLimbs&& other) noexcept { TakeFrom(other); }
   DecimalLimbs& operator=(const DecimalLimbs& other);
@@ -112,6 +118,8 @@ class OVXMLLIB_API DecimalLimbs {
   void Free() noexcept {
     if (m_capacity > kInlineLimbs) delete[] m_heap;
   }
+  // For a new object.
+  void CopyLarge(const DecimalLimbs& other);
   // Whatever memory this object had is no longer its own.
   void TakeFrom(DecimalLimbs& other) noexcept {
     std::memcpy(m_inline, other.m_inline, sizeof m_inline);  // whichever member it is

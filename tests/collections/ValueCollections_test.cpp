@@ -28,9 +28,9 @@ using test::Listener;
 class TypeRecorder : public CXmlTextWriter {
  public:
   using CXmlTextWriter::CXmlTextWriter;
-  void WriteText(WStringView text, ItemType type) override {
+  void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override {
     types.push_back(type);
-    CXmlTextWriter::WriteText(text, type);
+    CXmlTextWriter::WriteTextElement(name, ns, text, type);
   }
   std::vector<ItemType> types;
 };
