@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing, and says so; prints nothing when there is nothing to do.
 #
-#   setup.sh [--clang] [--bench]
-#     always     what builds the library, ovxml, the tests and the examples
-#     --clang    the sanitizer builds, the fuzz targets, clang-format and clang-tidy
-#     --bench    the benchmarks
+#   setup.sh [--clang] [--bench] [--peers] [--interop] [--interop-bench]
+#     always           what builds the library, ovxml, the tests and the examples
+#     --clang          the sanitizer builds, the fuzz targets, clang-format and clang-tidy
+#     --bench          the benchmarks
+#     --peers          other data binders, for the benchmarks beside them (bench/peers)
+#     --interop        the programs that tests compare ovxml with, and documents of many kinds
+#     --interop-bench  the benchmark beside the Fast Infoset of Java
 set -euo pipefail
 exec </dev/null
 
@@ -13,8 +16,14 @@ packages=(cmake g++ libcli11-dev libexpat1-dev libgmock-dev libgtest-dev libpcre
 for option in "$@"; do
   case "$option" in
     --clang) packages+=(clang clang-format clang-tidy libclang-rt-dev llvm) ;;
-    --bench) packages+=(libbenchmark-dev libgmp-dev) ;;
-    *) echo "usage: setup.sh [--clang] [--bench]" >&2; exit 2 ;;
+    --bench) packages+=(libbenchmark-dev libgmp-dev nlohmann-json3-dev rapidjson-dev) ;;
+    --peers) packages+=(gsoap libgsoap-dev libxerces-c-dev valgrind xsdcxx) ;;
+    --interop)  # the latter are documents; the Java packages bring more
+      packages+=(default-jre-headless libfastinfoset-java libxml2-utils)
+      packages+=(docbook-xsl docbook5-xml fontconfig-config iso-codes)
+      ;;
+    --interop-bench) packages+=(default-jdk-headless libbenchmark-dev libgmp-dev libfastinfoset-java) ;;
+    *) echo "usage: setup.sh [--clang] [--bench] [--peers] [--interop] [--interop-bench]" >&2; exit 2 ;;
   esac
 done
 

@@ -1,0 +1,37 @@
+// Our own roads over the orders documents: the bound classes of the example, read and written.
+#pragma once
+
+#include <string_view>
+
+#include "bench/Roads.h"
+#include "examples/orders/Orders.h"
+
+namespace OvXmlLib16::bench {
+
+/// Reads a document into bound objects. Throws COvException.
+inline CSmartPtr<orders::COrders> ReadObject(std::string_view document) {
+  const CSmartPtr<orders::COrders> read(new orders::COrders);
+  read->FromXmlStream(reinterpret_cast<const unsigned char*>(document.data()), document.size());
+  return read;
+}
+
+/// UTF-8, indented by tabs, as the documents are.
+inline CBinaryData WriteObject(const orders::COrders& orders) {
+  static const CSerializationContext context = orders::COrders::MakeContext();
+  return orders.ToXmlStream(/*header=*/true, /*formatted=*/true, XmlEncoding_UTF8, EOLType_LF, context);
+}
+
+inline std::string_view TextOf(const CBinaryData& bytes) {
+  return {reinterpret_cast<const char*>(bytes.GetData()), bytes.GetLength()};
+}
+
+/// Enters ObjectRead and ObjectWrite.
+inline void AddObjectRoads() {
+  CXmlObjectBase::Register(16, 1);
+  AddRoad("ObjectRead", [](std::string_view document) { ReadObject(document); });
+  AddPreparedRoad("ObjectWrite", [](std::string_view document) -> Pass {
+    return [orders = ReadObject(document)] { WriteObject(*orders.operator->()); };
+  });
+}
+
+}  // namespace OvXmlLib16::bench
