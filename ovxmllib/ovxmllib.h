@@ -28,6 +28,7 @@
 #include "ovxmllib/foundation/OVCriticalSection.h"
 #include "ovxmllib/foundation/WhitespaceUtils.h"
 #include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/json/JsonContext.h"
 #include "ovxmllib/mapping/AttributeInfo.h"
 #include "ovxmllib/mapping/ClassfactoryBase.h"
 #include "ovxmllib/mapping/ElementInfoAll.h"

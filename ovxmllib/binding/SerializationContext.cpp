@@ -1,7 +1,10 @@
 #include "ovxmllib/binding/SerializationContext.h"
 
+#include <memory>
+
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
+#include "ovxmllib/json/JsonContext.h"
 
 namespace OvXmlLib16 {
 
@@ -21,6 +24,36 @@ CSerializationContext::RootAttributes& CSerializationContext::RootAttributes::op
 CSerializationContext::RootAttributes::~RootAttributes() {
   if (CAttributeCol* const made = m_made) made->Release();
 }
+
+template <class T>
+CSerializationContext::MadeOnFirstUse<T>::MadeOnFirstUse(const MadeOnFirstUse& other) {
+  if (const T* made = other.m_made.load(std::memory_order_acquire)) m_made = new T(*made);
+}
+
+template <class T>
+CSerializationContext::MadeOnFirstUse<T>& CSerializationContext::MadeOnFirstUse<T>::operator=(
+    const MadeOnFirstUse& other) {
+  if (this == &other) return *this;
+  const T* made = other.m_made.load(std::memory_order_acquire);
+  if (made != nullptr || m_made != nullptr) *Get() = made == nullptr ? T() : *made;
+  return *this;
+}
+
+template <class T>
+void CSerializationContext::MadeOnFirstUse<T>::Drop() noexcept {
+  delete m_made.load(std::memory_order_relaxed);
+}
+
+template <class T>
+T* CSerializationContext::MadeOnFirstUse<T>::Get() const {
+  T* made = m_made.load(std::memory_order_acquire);
+  if (made != nullptr) return made;
+  auto mine = std::make_unique<T>();
+  // Another thread may be first.
+  return m_made.compare_exchange_strong(made, mine.get(), std::memory_order_acq_rel) ? mine.release() : made;
+}
+
+template class CSerializationContext::MadeOnFirstUse<CJsonContext>;
 
 CAttributeCol* CSerializationContext::RootAttributes::Get() const {
   CAttributeCol* made = m_made.load(std::memory_order_acquire);

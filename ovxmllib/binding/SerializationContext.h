@@ -15,6 +15,7 @@
 namespace OvXmlLib16 {
 
 class CAttributeCol;
+class CJsonContext;
 
 /// All options of reading and writing. A context is handed to every entry point by reference, is not copied by it and
 /// must outlive the call. Any number of threads may use one context at a time as long as nobody changes it. A copy has
@@ -44,6 +45,11 @@ class OVXMLLIB_API CSerializationContext {
   /// first call, which several threads may do at once, and then stays the same; copies of this context that are made
   /// later share it. Throws std::bad_alloc.
   CSmartPtr<CAttributeCol> GetAdditionalRootAttributes() const;
+
+  /// How JSON is read and written; never null. Owned by this context, made at the first call, which several threads may
+  /// do at once, and then the same for the life of the context. A copy of this context gets a copy. Throws
+  /// std::bad_alloc.
+  CJsonContext* GetJsonContext() const { return m_jsonContext.Get(); }
 
   /// Written ahead of the root element, each as it stands, delimiters included (`<?pi data?>`); not checked.
   const std::vector<WString>& GetProcessingInstructions() const noexcept { return m_processingInstructions; }
@@ -171,8 +177,26 @@ class OVXMLLIB_API CSerializationContext {
     mutable std::atomic<CAttributeCol*> m_made = nullptr;  // one reference is owned
   };
 
+  // An object that the first to ask for makes. A copy has a copy of it.
+  template <class T>
+  class MadeOnFirstUse {
+   public:
+    MadeOnFirstUse() noexcept = default;
+    MadeOnFirstUse(const MadeOnFirstUse& other);
+    MadeOnFirstUse& operator=(const MadeOnFirstUse& other);
+    ~MadeOnFirstUse() { Drop(); }
+
+    T* Get() const;
+
+   private:
+    void Drop() noexcept;
+
+    mutable std::atomic<T*> m_made = nullptr;  // owned
+  };
+
   static CSerializationContext m_defaultContext;
 
+  MadeOnFirstUse<CJsonContext> m_jsonContext;
   WString m_strDefaultNamespaceURI;
   bool m_bWriteTypeAttribute = true;
   CNamespaceAliasMap m_namespaceAliases;

@@ -24,6 +24,7 @@ namespace OvXmlLib16 {
 
 class CElement;
 class CTextStream;
+class CXmlDocument;
 class CXmlCollectionBase;
 class CXmlElement;
 class CXmlWriter;
@@ -61,10 +62,22 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                          const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
                          CompressionType compression = CompressionType_None) const;
 
+  /// Writes the object as a JSON file, as ToXmlFile does it with XML; the form is told at CJsonContext. In
+  /// RoundTripFull each namespace below the root needs an alias (CSerializationContext::GetNamespaceAliases), or is the
+  /// default one.
+  virtual void ToJsonFile(const WChar* file, bool formatted = true, XmlEncoding encoding = XmlEncoding_UTF8,
+                          EOLType eol = EOLType_LF,
+                          const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                          CompressionType compression = CompressionType_None) const;
+
   /// The object as XML text. `header` puts an XML declaration, without an encoding, ahead; `formatted` puts each
   /// element on a line of its own, indented by the context's IndentChars.
   virtual WString ToXml(bool header = true, bool formatted = true, EOLType eol = EOLType_LF,
                         const CSerializationContext& context = CSerializationContext::GetDefaultContext()) const;
+
+  /// The object as JSON text. `formatted` puts each member on a line of its own, indented by the context's IndentChars.
+  virtual WString ToJson(bool formatted = true, EOLType eol = EOLType_LF,
+                         const CSerializationContext& context = CSerializationContext::GetDefaultContext()) const;
 
   /// The object as bytes of an XML document. UTF-16 is little-endian and has no byte order mark here. XmlEncoding_None
   /// throws COvException, and so does the compression of a document so small that it does not shrink.
@@ -73,20 +86,44 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                                   const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
                                   CompressionType compression = CompressionType_None) const;
 
+  /// The object as bytes of a JSON document, as ToXmlStream gives those of XML. What is not UTF-8 cannot be read again.
+  virtual CBinaryData ToJsonStream(bool formatted = true, XmlEncoding encoding = XmlEncoding_UTF8,
+                                   EOLType eol = EOLType_LF,
+                                   const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                                   CompressionType compression = CompressionType_None) const;
+
   /// Reads the object from an XML file, plain or compressed; see CXmlDocument::Load.
   virtual void FromXmlFile(const WChar* file,
                            const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from a JSON file in UTF-8, plain or compressed; see CXmlDocument::LoadJsonFile. This and the next
+  /// ones throw COvValidationException with path, line and column where the text is no JSON; COvInvalidStateException
+  /// where a member cannot be an element or attribute; and COvException "Error converting JSON to XML:", with the XML
+  /// that the text stands for and the failure as inner exception, where that XML is not well-formed or does not fit the
+  /// object. An object may be read twice on the way to such a failure. The context is not changed: in modes without
+  /// namespaces the object is read with a copy of it that ignores them.
+  virtual void FromJsonFile(const WChar* file,
+                            const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// Reads the object from terminated UTF-16 text. An empty or null text throws COvException.
   virtual void FromXml(const WChar* text,
                        const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// Reads the object from terminated text in the encoding that it declares, UTF-8 by default.
   virtual void FromXml(const char* text,
                        const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from terminated JSON text in UTF-16 or UTF-8. An empty or null text throws COvException.
+  virtual void FromJson(const WChar* text,
+                        const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  virtual void FromJson(const char* text,
+                        const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// Reads the object from the bytes of an XML document, plain or compressed. Empty data throw COvException.
   virtual void FromXmlStream(const CBinaryData& data,
                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   virtual void FromXmlStream(const unsigned char* data, std::size_t length,
                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// Reads the object from the bytes of a JSON document in UTF-8, plain or compressed. Empty data throw COvException.
+  virtual void FromJsonStream(const CBinaryData& data,
+                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  virtual void FromJsonStream(const unsigned char* data, std::size_t length,
+                              const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// Reads the object from a wildcard element, by way of its XML text.
   virtual void FromXmlElement(const CElement* element,
                               const CSerializationContext& context = CSerializationContext::GetDefaultContext());
@@ -114,12 +151,23 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                  CompressionType compression = CompressionType_None) const;
   void FromXmlFile(const std::filesystem::path& file,
                    const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+  /// ToJsonFile and FromJsonFile with such a path.
+  void ToJsonFile(const std::filesystem::path& file, bool formatted = true, XmlEncoding encoding = XmlEncoding_UTF8,
+                  EOLType eol = EOLType_LF,
+                  const CSerializationContext& context = CSerializationContext::GetDefaultContext(),
+                  CompressionType compression = CompressionType_None) const;
+  void FromJsonFile(const std::filesystem::path& file,
+                    const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// There is nothing to read: throws COvInvalidParamException.
   void FromXmlElement(std::nullptr_t,
                       const CSerializationContext& context = CSerializationContext::GetDefaultContext());
   /// FromXml for text that need not be terminated.
   void FromXml(std::string_view text,
                const CSerializationContext& context = CSerializationContext::GetDefaultContext());
+
+  /// FromJson for text that need not be terminated.
+  void FromJson(std::string_view text,
+                const CSerializationContext& context = CSerializationContext::GetDefaultContext());
 
   /// Takes a reference; returns the new count.
   long AddRef() noexcept;
@@ -213,6 +261,12 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                      const CSerializationContext& context) const;
   template <class Load>
   void ReadDocument(const CSerializationContext& context, Load&& load);
+
+  void WriteJson(CTextStream& stream, bool formatted, EOLType eol, const CSerializationContext& context) const;
+  template <class Open>
+  void ReadJson(const CSerializationContext& context, Open&& open);
+  bool ReadJsonDirectly(std::string_view text, CXmlDocument& document, const CSerializationContext& context);
+  void FromJson_Int(const CBinaryData& xml, const CSerializationContext& context);
 
   void ReadElement(CXmlElement* element, const CSerializationContext& context);
 

@@ -49,11 +49,7 @@ void DocumentTree::Clear() noexcept {
 void DocumentTree::StartElement(const ExpandedName& name) {
   if (m_stopAt != 0 && ++m_started == m_stopAt) throw COvException(u"Here.");
   const std::size_t limit = m_context.GetMaxElementDepth();
-  if (limit != 0 && m_open.size() >= limit) {
-    throw COvException(FormatString(
-        u"The elements are nested deeper than %d levels. CSerializationContext::SetMaxElementDepth sets this limit.",
-        limit));
-  }
+  if (limit != 0 && m_open.size() >= limit) ThrowTooDeep(limit);
   OpenElement opened{nullptr, nullptr, nullptr, nullptr, nullptr, 0, m_pool.GetMark(), m_elements, m_attributes};
   const CXmlElement* parent = m_open.empty() ? nullptr : m_open.back().element;
   opened.element = new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(&m_owner, parent, name);
@@ -105,6 +101,12 @@ void DocumentTree::ReserveText(OpenElement& open, std::size_t units) {
   open.textCapacity = std::max(units, 2 * open.textCapacity);
   open.text = static_cast<WChar*>(m_pool.Allocate(open.textCapacity * kUnit));
   if (!text.empty()) std::memcpy(open.text, text.data(), text.size() * kUnit);
+}
+
+void DocumentTree::ThrowTooDeep(std::size_t limit) {
+  throw COvException(FormatString(
+      u"The elements are nested deeper than %d levels. CSerializationContext::SetMaxElementDepth sets this limit.",
+      limit));
 }
 
 void DocumentTree::ThrowTooManyAttributes() const {

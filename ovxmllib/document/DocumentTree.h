@@ -50,6 +50,8 @@ class DocumentTree {
   /// beyond the limits on namespaces and attributes.
   void DeclareNamespace(std::string_view alias, std::string_view uri);
 
+  /// What the limit on depth throws, for a reader that has it too.
+  [[noreturn]] static void ThrowTooDeep(std::size_t limit);
   /// What the limit on attributes throws, for a reader that sees early that an element has too many.
   [[noreturn]] void ThrowTooManyAttributes() const;
 

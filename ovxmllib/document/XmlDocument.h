@@ -12,11 +12,13 @@
 #include "ovxmllib/document/XmlElement.h"
 #include "ovxmllib/foundation/InstanceMonitor.h"
 #include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/BinaryData.h"
 
 namespace OvXmlLib16 {
 
 class COvException;
 class DocumentTree;
+class JsonInput;
 enum class DeclaredEncoding;
 
 namespace platform {
@@ -83,6 +85,20 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   /// zlib wrapper. The bytes are not kept.
   void LoadXmlStream(const unsigned char* data, std::size_t length);
 
+  /// Converts JSON to the XML document that it stands for, in UTF-8, and leaves this document empty: LoadXmlStream
+  /// takes the result. The text is UTF-8, with or without a byte order mark. Throws COvException when it is empty, and
+  /// the COvValidationException or COvInvalidStateException that tells what is wrong with it, with the path, line and
+  /// column where there are any; see CJsonContext for the form.
+  CBinaryData LoadJson(const char* text);
+  CBinaryData LoadJson(std::string_view text);
+  /// The same for terminated UTF-16 text, which is taken as it is.
+  CBinaryData LoadJson(const WChar* text);
+  /// The same for bytes of UTF-8, plain or in a gzip or zlib wrapper. The bytes are not kept.
+  CBinaryData LoadJsonStream(const unsigned char* data, std::size_t length);
+  /// The same for a file, which is read as a whole whatever AsyncFromXmlFile says.
+  CBinaryData LoadJsonFile(const WChar* path);
+  CBinaryData LoadJsonFile(const std::filesystem::path& path);
+
   /// The document element; null before a load. Owned by the document.
   CXmlElement* GetDocumentElement() const noexcept;
 
@@ -109,14 +125,19 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   static std::filesystem::path PathOf(const WChar* path);
   static ClassType& Record();
 
-  void LoadWhole(const std::filesystem::path& path);
-  void LoadToEnd(platform::File& file, const std::filesystem::path& path);
+  CBinaryData ReadWhole(const std::filesystem::path& path) const;
+  CBinaryData ReadToEnd(platform::File& file, const std::filesystem::path& path) const;
   void LoadInChunks(const std::filesystem::path& path);
   void Parse(const unsigned char* data, std::size_t length);
   void ParseText(const unsigned char* data, std::size_t length);
   bool ReadPlain(WStringView text);
   bool ReadPlain(const unsigned char* data, std::size_t length, DeclaredEncoding declared);
   void CheckInputLength(std::uint64_t length) const;
+  JsonInput OpenJson(std::string_view text);
+  JsonInput OpenJson(WStringView text);
+  JsonInput OpenJsonStream(const unsigned char* data, std::size_t length);
+  JsonInput OpenJsonFile(const std::filesystem::path& path);
+  CBinaryData ParseJson(JsonInput input) const;
   /// Adds line and column to an exception that has the path of one of the elements. `load` is what loaded the document:
   /// it does so once more, up to that element.
   void AddPlace(COvException& exception, const std::function<void(CXmlDocument&)>& load) const;

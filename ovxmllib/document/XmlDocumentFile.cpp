@@ -59,23 +59,25 @@ void CXmlDocument::Load(const std::filesystem::path& path) {
   // A pipe gives its content once; to open it again may wait for a writer for ever.
   std::error_code ignored;
   if (m_tree->StopsEarly() && !std::filesystem::is_regular_file(path, ignored)) return;
-  g_readInChunks ? LoadInChunks(path) : LoadWhole(path);
+  if (g_readInChunks) return LoadInChunks(path);
+  const CBinaryData content = ReadWhole(path);
+  Parse(content.GetData(), content.GetLength());
 }
 
-void CXmlDocument::LoadWhole(const std::filesystem::path& path) {
+CBinaryData CXmlDocument::ReadWhole(const std::filesystem::path& path) const {
   platform::File file = OpenForReading(path);
   const std::uint64_t size = SizeOf(file, path);
   // Pipes, devices and the files of /proc have no size to ask for.
-  if (size == 0) return LoadToEnd(file, path);
+  if (size == 0) return ReadToEnd(file, path);
   CheckInputLength(size);
-  const auto buffer = std::make_unique_for_overwrite<unsigned char[]>(size);
+  auto buffer = std::make_unique_for_overwrite<unsigned char[]>(size);
   const platform::ReadResult got = file.ReadAt(buffer.get(), size, 0);
   if (got.error != 0 || got.bytes != size) ThrowReadFailure(path, got.error);
   file.Close();
-  Parse(buffer.get(), size);
+  return CBinaryData(buffer.release(), size, /*adopt=*/true);
 }
 
-void CXmlDocument::LoadToEnd(platform::File& file, const std::filesystem::path& path) {
+CBinaryData CXmlDocument::ReadToEnd(platform::File& file, const std::filesystem::path& path) const {
   CBinaryData content;
   const auto piece = std::make_unique_for_overwrite<unsigned char[]>(kReadChunk);
   while (true) {
@@ -86,8 +88,7 @@ void CXmlDocument::LoadToEnd(platform::File& file, const std::filesystem::path& 
     if (got.bytes < kReadChunk) break;
   }
   file.Close();
-  const CBinaryData& bytes = content;
-  Parse(bytes.GetData(), bytes.GetLength());
+  return content;
 }
 
 void CXmlDocument::LoadInChunks(const std::filesystem::path& path) {

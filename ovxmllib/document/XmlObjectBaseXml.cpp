@@ -1,27 +1,14 @@
 // The entry points of bound objects for XML.
 
-#include <atomic>
-
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
+#include "ovxmllib/document/DocumentOutput.h"
 #include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/document/XmlTextWriter.h"
-#include "ovxmllib/foundation/FileBinaryStream.h"
-#include "ovxmllib/foundation/FileTextStream.h"
-#include "ovxmllib/foundation/OutputFile.h"
-#include "ovxmllib/foundation/OvZip.h"
 #include "ovxmllib/foundation/TextStream.h"
 #include "ovxmllib/platform/File.h"
 
 namespace OvXmlLib16 {
-
-namespace {
-
-constinit std::atomic<bool> g_writeDirectly = false;
-
-}  // namespace
-
-void AsyncToXmlFile(bool on) noexcept { g_writeDirectly = on; }
 
 void CXmlObjectBase::ReadElement(CXmlElement* element, const CSerializationContext& context) {
   CXmlElement* const child = m_readsOwnElement ? element : element->GetFirstElement();
@@ -104,11 +91,8 @@ WString CXmlObjectBase::ToXml(bool header, bool formatted, EOLType eol, const CS
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool header, bool formatted, XmlEncoding encoding, EOLType eol,
                                         const CSerializationContext& context, CompressionType compression) const {
-  CTextStream stream(encoding);
-  WriteDocument(stream, header, formatted, eol, context);
-  CBinaryData data = stream.GetBytes();
-  if (compression != CompressionType_None) CompressBinaryData(data, compression);
-  return data;
+  return WriteToBytes(encoding, compression,
+                      [&](CTextStream& stream) { WriteDocument(stream, header, formatted, eol, context); });
 }
 
 void CXmlObjectBase::ToXmlFile(const WChar* file, bool header, bool formatted, XmlEncoding encoding, EOLType eol,
@@ -118,21 +102,9 @@ void CXmlObjectBase::ToXmlFile(const WChar* file, bool header, bool formatted, X
 
 void CXmlObjectBase::ToXmlFile(const std::filesystem::path& file, bool header, bool formatted, XmlEncoding encoding,
                                EOLType eol, const CSerializationContext& context, CompressionType compression) const {
-  if (compression == CompressionType_ZLib) {
-    throw COvException(u"ZLIB Compression only available for To Stream methods.");
-  }
-  if (g_writeDirectly && compression == CompressionType_None) {
-    CFileTextStream stream(file, encoding);
-    return WriteDocument(stream, header, formatted, eol, context);
-  }
-  const CBinaryData data = ToXmlStream(header, formatted, encoding, eol, context);
-  if (compression == CompressionType_None) return CFileBinaryStream(file, encoding, data).WriteToFile();
-  // Decided: what is compressed is the whole file, its byte order mark too, see docs/decisions.md.
-  const auto mark = ByteOrderMark(encoding);
-  CBinaryData content(mark.data(), mark.size());
-  content.Append(data);
-  CompressBinaryData(content, compression);
-  CFileBinaryStream(file, XmlEncoding_None, content).WriteToFile();
+  WriteToFile(
+      file, encoding, compression, [&](CTextStream& stream) { WriteDocument(stream, header, formatted, eol, context); },
+      [&] { return ToXmlStream(header, formatted, encoding, eol, context); });
 }
 
 }  // namespace OvXmlLib16
