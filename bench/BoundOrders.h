@@ -25,6 +25,23 @@ inline std::string_view TextOf(const CBinaryData& bytes) {
   return {reinterpret_cast<const char*>(bytes.GetData()), bytes.GetLength()};
 }
 
+/// The JSON form with the namespace, so that it reads back by itself; without line ends.
+inline CBinaryData WriteObjectJson(const orders::COrders& orders) {
+  static const CSerializationContext context = [] {
+    CSerializationContext made = orders::COrders::MakeContext();
+    made.GetJsonContext()->SetSupportRoundtrip(RoundTripFull);
+    return made;
+  }();
+  return orders.ToJsonStream(/*formatted=*/false, XmlEncoding_UTF8, EOLType_LF, context);
+}
+
+inline CSmartPtr<orders::COrders> ReadObjectJson(const CBinaryData& json) {
+  static const CSerializationContext context;
+  const CSmartPtr<orders::COrders> read(new orders::COrders);
+  read->FromJsonStream(json, context);
+  return read;
+}
+
 /// Enters ObjectRead and ObjectWrite.
 inline void AddObjectRoads() {
   CXmlObjectBase::Register(16, 1);

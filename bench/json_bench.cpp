@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/BoundOrders.h"
 #include "bench/OrdersBuilder.h"
 #include "bench/OrdersByHand.h"
 #include "bench/OrdersDocument.h"
@@ -21,6 +22,7 @@
 
 namespace {
 
+using namespace OvXmlLib16;
 using namespace OvXmlLib16::bench;
 
 std::string JsonFormOf(std::string_view document) { return byhand::WriteJson(byhand::ReadXml(document)); }
@@ -116,9 +118,14 @@ void AddWriteRoad(const char* name, Read read, Write write) {
   });
 }
 
-void AddObjectRoads() {
-  // The place of the bound objects: JsonRead by AddReadRoad with FromJsonStream, JsonWrite by AddWriteRoad with
-  // ToJsonStream.
+void AddBoundRoads() {
+  CXmlObjectBase::Register(16, 1);
+  AddPreparedRoad("JsonRead", [](std::string_view document) -> Pass {
+    return [json = WriteObjectJson(*ReadObject(document).operator->())] { ReadObjectJson(json); };
+  });
+  AddPreparedRoad("JsonWrite", [](std::string_view document) -> Pass {
+    return [orders = ReadObject(document)] { WriteObjectJson(*orders.operator->()); };
+  });
 }
 
 void AddRapidJsonRoads() {
@@ -143,7 +150,7 @@ bool KeepsEverything(std::string_view document) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  AddObjectRoads();
+  AddBoundRoads();
   AddWriteRoad("ByHandJsonWrite", ReadStructs, byhand::WriteJson);
   AddRapidJsonRoads();
   AddNlohmannRoads();
