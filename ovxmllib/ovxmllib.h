@@ -22,6 +22,8 @@
 #include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/document/XmlElement.h"
 #include "ovxmllib/document/XmlWriter.h"
+#include "ovxmllib/fastinfoset/FIVocabulary.h"
+#include "ovxmllib/fastinfoset/FastInfosetContext.h"
 #include "ovxmllib/foundation/DebugTrace.h"
 #include "ovxmllib/foundation/Encoder.h"
 #include "ovxmllib/foundation/InstanceMonitor.h"

@@ -4,6 +4,7 @@
 
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
+#include "ovxmllib/fastinfoset/FastInfosetContext.h"
 #include "ovxmllib/json/JsonContext.h"
 
 namespace OvXmlLib16 {
@@ -53,6 +54,7 @@ T* CSerializationContext::MadeOnFirstUse<T>::Get() const {
   return m_made.compare_exchange_strong(made, mine.get(), std::memory_order_acq_rel) ? mine.release() : made;
 }
 
+template class CSerializationContext::MadeOnFirstUse<CFastInfosetContext>;
 template class CSerializationContext::MadeOnFirstUse<CJsonContext>;
 
 CAttributeCol* CSerializationContext::RootAttributes::Get() const {

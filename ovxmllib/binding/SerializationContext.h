@@ -15,6 +15,7 @@
 namespace OvXmlLib16 {
 
 class CAttributeCol;
+class CFastInfosetContext;
 class CJsonContext;
 
 /// All options of reading and writing. A context is handed to every entry point by reference, is not copied by it and
@@ -29,6 +30,11 @@ class OVXMLLIB_API CSerializationContext {
 
   /// The context that is used where none is given. Change it before threads start, if at all.
   static CSerializationContext& GetDefaultContext() noexcept { return m_defaultContext; }
+
+  /// The options of Fast Infoset. They are made at the first call, which several threads may do at once, and then stay
+  /// the same object, owned by this context; assignment to this context changes what is in it. A copy has a copy of
+  /// them. Throws std::bad_alloc.
+  CFastInfosetContext* GetFIContext() const { return m_fastInfoset.Get(); }
 
   // The next five are written by the root object, which a generated class does; a class written by hand passes them to
   // its writer itself.
@@ -179,7 +185,7 @@ class OVXMLLIB_API CSerializationContext {
 
   // An object that the first to ask for makes. A copy has a copy of it.
   template <class T>
-  class MadeOnFirstUse {
+  class OVXMLLIB_API MadeOnFirstUse {
    public:
     MadeOnFirstUse() noexcept = default;
     MadeOnFirstUse(const MadeOnFirstUse& other);
@@ -196,6 +202,7 @@ class OVXMLLIB_API CSerializationContext {
 
   static CSerializationContext m_defaultContext;
 
+  MadeOnFirstUse<CFastInfosetContext> m_fastInfoset;
   MadeOnFirstUse<CJsonContext> m_jsonContext;
   WString m_strDefaultNamespaceURI;
   bool m_bWriteTypeAttribute = true;

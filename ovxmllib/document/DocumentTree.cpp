@@ -66,18 +66,29 @@ void DocumentTree::StartElement(const ExpandedName& name) {
 }
 
 void DocumentTree::AddAttribute(const ExpandedName& name, std::string_view value) {
-  OpenElement& open = m_open.back();
   CheckAttributeCount(m_attributesOfOpen);
+  CXmlAttribute& attribute = MakeAttribute(name);
+  if (value.empty()) return;
+  WChar* const units = AllocateText(value.size());
+  const std::size_t length = unicode::Utf8ToWide(Bytes(value), value.size(), units).written;
+  CheckTextLength(length);
+  attribute.m_value.Assign(units, length);
+}
+
+void DocumentTree::AddAttribute(const ExpandedName& name, WStringView value) {
+  CheckAttributeCount(m_attributesOfOpen);
+  CheckTextLength(value.size());
+  MakeAttribute(name).m_value.Assign(value.data(), value.size());
+}
+
+inline CXmlAttribute& DocumentTree::MakeAttribute(const ExpandedName& name) {
+  OpenElement& open = m_open.back();
   auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, name);
   ++m_attributes;
   ++m_attributesOfOpen;
   (open.lastAttribute != nullptr ? open.lastAttribute->m_pNext : open.element->m_pFirstAttribute) = attribute;
   open.lastAttribute = attribute;
-  if (value.empty()) return;
-  auto* units = static_cast<WChar*>(m_pool.Allocate(value.size() * sizeof(WChar)));
-  const std::size_t length = unicode::Utf8ToWide(Bytes(value), value.size(), units).written;
-  CheckTextLength(length);
-  attribute->m_value.Assign(units, length);
+  return *attribute;
 }
 
 void DocumentTree::AppendText(std::string_view text) {
@@ -87,6 +98,19 @@ void DocumentTree::AppendText(std::string_view text) {
   const std::size_t added = unicode::Utf8ToWideDroppingCr(Bytes(text), text.size(), open.text + before);
   CheckTextLength(before + added);
   open.element->m_text.Assign(open.text, before + added);
+}
+
+void DocumentTree::AppendText(WStringView text) {
+  OpenElement& open = m_open.back();
+  const std::size_t before = open.element->m_text.View().size();
+  CheckTextLength(before + text.size());
+  if (before == 0) {
+    open.textCapacity = 0;
+    return open.element->m_text.Assign(text.data(), text.size());
+  }
+  if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
+  std::copy(text.begin(), text.end(), open.text + before);
+  open.element->m_text.Assign(open.text, before + text.size());
 }
 
 // Room for the open element's text and more behind it: in place where nothing was allocated since, as in an element

@@ -43,6 +43,19 @@ class DocumentTree {
   void AddAttribute(const ExpandedName& name, std::string_view value);
   /// Appends to the text of the open element, without any U+000D. Throws COvException beyond the limit on text.
   void AppendText(std::string_view text);
+
+  /// \name For a reader of documents that repeat texts by number
+  /// Texts are kept once, in memory that lives as long as the tree, where several nodes may share them.
+  /// \{
+  /// Memory for `units` code units. Throws std::bad_alloc.
+  WChar* AllocateText(std::size_t units) { return static_cast<WChar*>(m_pool.Allocate(units * sizeof(WChar))); }
+  /// As the operations above. `text` and `value` lie in memory of AllocateText. A text that comes first is not copied.
+  void AddAttribute(const ExpandedName& name, WStringView value);
+  void AppendText(WStringView text);
+  /// Ends the open element. The callback is not asked.
+  void CloseElement() noexcept { m_open.pop_back(); }
+  /// \}
+
   /// Ends the open element, asks the callback, and drops the element if it says so. Passes on what the callback throws.
   void EndElement();
 
@@ -93,6 +106,7 @@ class DocumentTree {
   };
 
   const CXmlElement* FindElement(WStringView path) const;
+  CXmlAttribute& MakeAttribute(const ExpandedName& name);
   void Drop(const OpenElement& ended) noexcept;
   void DropMade(CXmlElement* root) noexcept;
   void ReserveText(OpenElement& open, std::size_t units);

@@ -4,7 +4,7 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/document/NameHash.h"
+#include "ovxmllib/foundation/TextHash.h"
 
 namespace OvXmlLib16 {
 
@@ -56,7 +56,7 @@ const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t ma
 }
 
 NameTable::Entry& NameTable::Find(std::string_view qualified, std::size_t maxLength) {
-  const std::uint64_t hash = HashName(qualified);
+  const std::uint64_t hash = HashBytes(qualified.data(), qualified.size(), GetHashSeed());
   for (std::size_t i = hash & m_mask; m_slots[i] != nullptr; i = (i + 1) & m_mask) {
     if (m_slots[i]->hash == hash && m_slots[i]->IsNameOf(qualified)) return *m_slots[i];
   }
@@ -64,7 +64,7 @@ NameTable::Entry& NameTable::Find(std::string_view qualified, std::size_t maxLen
 }
 
 NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash, std::size_t maxLength) {
-  const std::size_t separator = qualified.find(kNamespaceSeparator);
+  const std::size_t separator = qualified.rfind(kNamespaceSeparator);  // no name has one, a URI may
   const std::size_t prefixLength = separator == std::string_view::npos ? 0 : separator + 1;
   const std::string_view local = qualified.substr(prefixLength);
   WString localName = ToWide(local);

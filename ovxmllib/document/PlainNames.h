@@ -9,8 +9,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "ovxmllib/document/NameHash.h"
 #include "ovxmllib/document/PlainText.h"
+#include "ovxmllib/foundation/TextHash.h"
 
 namespace OvXmlLib16 {
 
@@ -87,7 +87,7 @@ class PlainNames {
 
   DocumentTree& m_tree;
   const bool m_withNamespaces;
-  std::unordered_map<std::string_view, PlainName, NameHash> m_names;
+  std::unordered_map<std::string_view, PlainName, TextHash> m_names;
   PlainName* m_last = nullptr;  // the name found last
   std::vector<Binding> m_bindings;
   std::vector<Scope> m_scopes;

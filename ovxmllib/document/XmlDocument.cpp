@@ -6,6 +6,7 @@
 #include "ovxmllib/document/ExpatReader.h"
 #include "ovxmllib/document/PlainReader.h"
 #include "ovxmllib/document/SlabCache.h"
+#include "ovxmllib/fastinfoset/FastInfosetReader.h"
 #include "ovxmllib/foundation/OvZip.h"
 #include "ovxmllib/foundation/Unicode.h"
 
@@ -71,8 +72,12 @@ void CXmlDocument::LoadXmlStream(const unsigned char* data, std::size_t length) 
 // Bytes of unknown kind.
 void CXmlDocument::Parse(const unsigned char* data, std::size_t length) {
   const auto inflated = Decompress(data, length, m_context->GetMaxDecompressedBytes());
-  if (inflated) return ParseText(inflated->GetData(), inflated->GetLength());
-  ParseText(data, length);
+  if (inflated) {
+    data = inflated->GetData();
+    length = inflated->GetLength();
+  }
+  if (!CFastInfosetReader::IsDocument(data, length)) return ParseText(data, length);
+  CFastInfosetReader(*m_context->GetFIContext(), *m_context, *m_tree, data, length).ParseDocument();
 }
 
 void CXmlDocument::ParseText(const unsigned char* data, std::size_t length) {

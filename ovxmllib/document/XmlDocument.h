@@ -27,9 +27,9 @@ class File;
 
 /// Switches chunked reading of files on or off for the whole process; off at load. Set it once, before files are read.
 ///
-/// Off, CXmlDocument::Load reads the whole file and takes XML text, plain or compressed. On, it reads 128 KiB at a time
-/// and parses one piece while the system fetches the next: memory then holds the tree and not the file, but compressed
-/// input fails as XML that is not well-formed.
+/// Off, CXmlDocument::Load reads the whole file and takes XML text or Fast Infoset, plain or compressed. On, it reads
+/// 128 KiB at a time and parses one piece while the system fetches the next: memory then holds the tree and not the
+/// file, but Fast Infoset and compressed input fail as XML that is not well-formed.
 OVXMLLIB_API void AsyncFromXmlFile(bool on) noexcept;
 
 /// Switches direct writing of files on or off for the whole process; off at load. Set it once, before files are
@@ -39,7 +39,7 @@ OVXMLLIB_API void AsyncFromXmlFile(bool on) noexcept;
 /// writer produces it, in flat memory; after a failure the file may be partly written.
 OVXMLLIB_API void AsyncToXmlFile(bool on) noexcept;
 
-/// Reads XML text, bytes or a file into a tree of CXmlElement, which it owns.
+/// Reads XML text, bytes or a file, as XML or Fast Infoset, into a tree of CXmlElement, which it owns.
 ///
 /// A document can be loaded again: each load drops the tree before it. After a failed load there is no tree
 /// to use. A document belongs to one thread at a time. The context is kept by reference and must outlive the document.
@@ -57,7 +57,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   /// ignored. Parts come before the whole: an element that needs its children must not have them dropped. Of an element
   /// that stays, the text grows while its children are dropped, by 2 to 8 bytes for each character of white space
   /// between them; documents that are to be read so are best written unformatted. CXmlObjectBase::FromXmlElement may be
-  /// called here. An exception thrown here ends the load and reaches the caller of Load... unchanged.
+  /// called here. An exception thrown here ends the load and reaches the caller of Load... unchanged. Elements of a
+  /// Fast Infoset document are not shown to it.
   using ElementComplete = bool (*)(CXmlElement*);
 
   /// A document on the default context.
@@ -70,9 +71,9 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   CXmlDocument(const CXmlDocument&) = delete;
   CXmlDocument& operator=(const CXmlDocument&) = delete;
 
-  /// Reads a file: XML text, or the same in a gzip or zlib wrapper; see AsyncFromXmlFile. The system's error numbers in
-  /// messages are errno values. A file that changes its size while it is read fails. Pipes and devices are read to
-  /// their end.
+  /// Reads a file: XML text or Fast Infoset, or the same in a gzip or zlib wrapper; see AsyncFromXmlFile. The system's
+  /// error numbers in messages are errno values. A file that changes its size while it is read fails. Pipes and devices
+  /// are read to their end.
   void Load(const WChar* path) { Load(PathOf(path)); }
   void Load(const std::filesystem::path& path);
 
@@ -81,8 +82,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   void LoadXml(std::string_view text);
   /// Parses terminated UTF-16 text, whatever encoding it declares.
   void LoadXml(const WChar* text);
-  /// Parses bytes: XML text in the encoding that it declares or shows by a byte order mark, or the same in a gzip or
-  /// zlib wrapper. The bytes are not kept.
+  /// Parses bytes: XML text in the encoding that it declares or shows by a byte order mark, a Fast Infoset document,
+  /// which shows by its first bytes, or the same in a gzip or zlib wrapper. The bytes are not kept.
   void LoadXmlStream(const unsigned char* data, std::size_t length);
 
   /// Converts JSON to the XML document that it stands for, in UTF-8, and leaves this document empty: LoadXmlStream
