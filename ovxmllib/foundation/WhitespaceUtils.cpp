@@ -1,8 +1,6 @@
 #include "ovxmllib/foundation/WhitespaceUtils.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 
@@ -29,47 +27,54 @@ WString ReplaceEach(WStringView value, WChar replacement, Predicate isReplaced) 
   return result;
 }
 
-// Whether a unit lies below `kLimit`, four at a time: a subtraction in each lane of 16 bits borrows from its top bit
-// when it does ("Bit Twiddling Hacks", Determine if a word has a byte less than n). `kLimit` is at most 0x8000.
+// Four units in a word, and what is looked for in them lane by lane: a subtraction borrows from the top bit of a lane
+// that is too small ("Bit Twiddling Hacks", Determine if a word has a byte less than n).
+constexpr std::size_t kLanes = 4;
+constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001, kTops = kOnes << 15;
+
+std::uint64_t LoadUnits(const WChar* text) noexcept {
+  std::uint64_t units;
+  std::memcpy(&units, text, sizeof units);
+  return units;
+}
+
+// Not 0 when one of the units is below `limit`, which is at most 0x8000.
+constexpr std::uint64_t LanesBelow(std::uint64_t units, WChar limit) noexcept {
+  return (units - kOnes * limit) & ~units & kTops;
+}
+
+// What `find`, which looks at kLanes places from the one it is given, finds at the first `count` places, at least
+// kLanes. The last of them may be looked at twice.
+template <class Find>
+std::uint64_t FindInWords(std::size_t count, const Find& find) noexcept {
+  std::uint64_t found = find(count - kLanes);
+  for (std::size_t i = 0; i + kLanes < count; i += kLanes) found |= find(i);
+  return found;
+}
+
 template <WChar kLimit>
 bool HasAnyBelow(WStringView value) noexcept {
-  constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001, kTops = kOnes << 15;
-  constexpr std::size_t kLanes = 4;
-  std::uint64_t below = 0;
-  std::size_t i = 0;
-  for (; i + kLanes <= value.size(); i += kLanes) {
-    std::uint64_t units;
-    std::memcpy(&units, value.data() + i, sizeof(units));
-    below |= (units - kOnes * kLimit) & ~units & kTops;
+  if (value.size() < kLanes) {
+    return std::any_of(value.begin(), value.end(), [](WChar c) { return c < kLimit; });
   }
-  bool has = below != 0;
-  for (; i < value.size(); ++i) has |= value[i] < kLimit;
-  return has;
+  const WChar* const text = value.data();
+  return FindInWords(value.size(), [=](std::size_t i) { return LanesBelow(LoadUnits(text + i), kLimit); }) != 0;
+}
+
+// Whether two blanks stand side by side: both differ from a blank by less than 1.
+bool HasDoubleBlank(WStringView value) noexcept {
+  if (value.size() <= kLanes) return value.find(u"  ") != WStringView::npos;
+  const WChar* const text = value.data();
+  return FindInWords(value.size() - 1, [=](std::size_t i) {
+           const std::uint64_t blanks = kOnes * u' ';
+           return LanesBelow((LoadUnits(text + i) ^ blanks) | (LoadUnits(text + i + 1) ^ blanks), 1);
+         }) != 0;
 }
 
 WStringView Trim(WStringView value) noexcept {
   while (!value.empty() && CWhitespaceUtils::IsWhiteSpace(value.front())) value.remove_prefix(1);
   while (!value.empty() && CWhitespaceUtils::IsWhiteSpace(value.back())) value.remove_suffix(1);
   return value;
-}
-
-// Whether two blanks stand side by side, eight places at a time.
-bool HasDoubleBlank(WStringView value) noexcept {
-  using Units [[gnu::vector_size(16)]] = std::uint16_t;
-  constexpr std::size_t kLanes = sizeof(Units) / sizeof(WChar);
-  constexpr Units kBlanks = {u' ', u' ', u' ', u' ', u' ', u' ', u' ', u' '};
-  std::size_t i = 0;
-  for (; i + kLanes < value.size(); i += kLanes) {
-    Units units, behind;
-    std::memcpy(&units, value.data() + i, sizeof units);
-    std::memcpy(&behind, value.data() + i + 1, sizeof behind);
-    const auto found = std::bit_cast<std::array<std::uint64_t, 2>>((units == kBlanks) & (behind == kBlanks));
-    if ((found[0] | found[1]) != 0) return true;
-  }
-  for (; i + 1 < value.size(); ++i) {
-    if (value[i] == u' ' && value[i + 1] == u' ') return true;
-  }
-  return false;
 }
 
 // Whether the rule would change a value, which for Collapse is trimmed already.

@@ -5,6 +5,7 @@
 // written u"...". Nothing but this header spells that choice.
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -31,9 +32,31 @@ OVXMLLIB_API WString ToWide(std::string_view text);
 /// A terminated text as a view; a null pointer counts as the empty text.
 constexpr WStringView ViewOf(const WChar* text) noexcept { return text == nullptr ? WStringView() : WStringView(text); }
 
-/// Whether two texts have the same code units. Other than their operator==, which compares unit by unit.
+/// Whether two texts have the same code units. Other than their operator==, which compares unit by unit; made for
+/// names, which are short, and for texts that are one text, as the namespaces of a document's elements are.
 inline bool AreSame(WStringView a, WStringView b) noexcept {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(WChar)) == 0;
+  constexpr std::size_t kBlock = 4;   // code units in a word
+  constexpr std::size_t kShort = 16;  // from there on a call costs less
+  const std::size_t length = a.size();
+  if (length != b.size()) return false;
+  if (a.data() == b.data()) return true;
+  if (length > kShort) return std::memcmp(a.data(), b.data(), length * sizeof(WChar)) == 0;
+  const auto differ = [&](std::size_t at) {
+    std::uint64_t ofA, ofB;
+    std::memcpy(&ofA, a.data() + at, sizeof ofA);
+    std::memcpy(&ofB, b.data() + at, sizeof ofB);
+    return ofA ^ ofB;
+  };
+  if (length < kBlock) {
+    for (std::size_t i = 0; i < length; ++i) {
+      if (a[i] != b[i]) return false;
+    }
+    return true;
+  }
+  // The last word may overlap the one before.
+  std::uint64_t difference = differ(length - kBlock);
+  for (std::size_t i = 0; i + kBlock < length; i += kBlock) difference |= differ(i);
+  return difference == 0;
 }
 
 }  // namespace OvXmlLib16
