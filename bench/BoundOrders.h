@@ -42,12 +42,23 @@ inline CSmartPtr<orders::COrders> ReadObjectJson(const CBinaryData& json) {
   return read;
 }
 
-/// Enters ObjectRead and ObjectWrite.
+inline CBinaryData WriteObjectInfoset(const orders::COrders& orders) {
+  static const CSerializationContext context = orders::COrders::MakeContext();
+  return orders.ToFastInfosetStream(FInfoDecl_None, context);
+}
+
+/// Enters ObjectRead and ObjectWrite, and the same for Fast Infoset.
 inline void AddObjectRoads() {
   CXmlObjectBase::Register(16, 1);
   AddRoad("ObjectRead", [](std::string_view document) { ReadObject(document); });
   AddPreparedRoad("ObjectWrite", [](std::string_view document) -> Pass {
     return [orders = ReadObject(document)] { WriteObject(*orders.operator->()); };
+  });
+  AddPreparedRoad("InfosetRead", [](std::string_view document) -> Pass {
+    return [infoset = WriteObjectInfoset(*ReadObject(document).operator->())] { ReadObject(TextOf(infoset)); };
+  });
+  AddPreparedRoad("InfosetWrite", [](std::string_view document) -> Pass {
+    return [orders = ReadObject(document)] { WriteObjectInfoset(*orders.operator->()); };
   });
 }
 

@@ -228,6 +228,22 @@ void CJsonTextWriter::WriteText(WStringView text, ItemType type) {
   }
 }
 
+// In one go, without opening a context: what may begin or go on with an array takes the long way.
+void CJsonTextWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  CXmlWriterContext* const parent = GetContext();
+  const bool isPlain = parent != nullptr && !text.empty() && parent->arrayState != ArrayRequested &&
+                       parent->arrayState != ArrayOpen;
+  if (!isPlain) return CXmlWriter::WriteTextElement(name, ns, text, type);
+  const bool isQualified = IsFull() && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
+  const WStringView alias = isQualified ? WStringView(RequireAlias(ns, name)) : WStringView();
+  CloseArrayIfEnded(*parent);
+  OpenArrayIfDue();
+  BeginMember({}, alias, name);
+  WriteValue(text, type);
+  m_bValuePending = false;
+  FlushIfDue();
+}
+
 void CJsonTextWriter::WriteValue(WStringView text, ItemType type) {
   if (IsBareType(type)) return m_pStream->Write(text);
   WriteJsonEscaped(*m_pStream, u"\"", text, u"\"", m_strEOL);

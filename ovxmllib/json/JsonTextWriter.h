@@ -67,6 +67,7 @@ class CJsonTextWriter : public CXmlWriter {
   void EndElement() override;
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
+  void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
   void WriteXsiNil() override {}
 
  private:
