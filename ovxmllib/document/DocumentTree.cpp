@@ -47,7 +47,7 @@ void DocumentTree::Clear() noexcept {
 }
 
 void DocumentTree::StartElement(const ExpandedName& name) {
-  if (m_stopAt != 0 && ++m_started == m_stopAt) throw COvException(u"Here.");
+  if (m_stopAt.element != 0 && ++m_started == m_stopAt.element) throw COvException(u"Here.");
   const std::size_t limit = m_context.GetMaxElementDepth();
   if (limit != 0 && m_open.size() >= limit) ThrowTooDeep(limit);
   OpenElement opened{nullptr, nullptr, nullptr, nullptr, nullptr, 0, m_pool.GetMark(), m_elements, m_attributes};
@@ -188,15 +188,21 @@ void DocumentTree::DeclareNamespace(std::string_view alias, std::string_view uri
   m_namespaces.insert_or_assign(ToWide(alias), std::move(wideUri));
 }
 
-std::size_t DocumentTree::FindOrdinal(WStringView path) const {
-  const CXmlElement* const wanted = FindElement(path.substr(0, path.find(u"/@")));
-  std::size_t ordinal = 0;
-  for (CXmlElement* element = m_documentElement; wanted != nullptr && element != nullptr;
-       element = NextInSubtree(element, m_documentElement)) {
-    ++ordinal;
-    if (element == wanted) return ordinal;
+// path = element-path [attribute-path], attribute-path = "/" [alias ":"] "@" name
+DocumentTree::Spot DocumentTree::FindSpot(WStringView path) const {
+  const std::size_t end = path.find(u'@') == WStringView::npos ? path.size() : path.rfind(u'/');
+  const CXmlElement* const wanted = FindElement(path.substr(0, end));
+  if (wanted == nullptr) return {};
+  Spot spot;
+  for (CXmlElement* at = m_documentElement; at != nullptr; at = NextInSubtree(at, m_documentElement)) {
+    ++spot.element;
+    if (at == wanted) break;
   }
-  return 0;
+  for (const CXmlAttribute* a = wanted->GetFirstAttribute(); end != path.size() && a != nullptr; a = a->m_pNext) {
+    ++spot.attribute;
+    if (a->GetXPath() == path) return spot;
+  }
+  return {spot.element, 0};
 }
 
 // path = 1*("/" qname ["[" position "]"])

@@ -70,12 +70,19 @@ class DocumentTree {
 
   CXmlElement* GetDocumentElement() const noexcept { return m_documentElement; }
 
-  /// The number, from 1 in document order, of the element with this path or with the attribute of this path, as
-  /// CXmlElement::GetXPath gives it; 0 when there is none.
-  std::size_t FindOrdinal(WStringView path) const;
-  /// Makes the start of the element with this number throw a COvException, to which the reader adds the place.
-  void StopAt(std::size_t ordinal) noexcept { m_stopAt = ordinal; }
-  bool StopsEarly() const noexcept { return m_stopAt != 0; }
+  /// A place in the document: the element by its number in document order, and its attribute by its number; both from
+  /// 1, 0 for none.
+  struct Spot {
+    std::size_t element = 0;
+    std::size_t attribute = 0;
+  };
+  /// What has this path, as CXmlElement::GetXPath and CXmlAttribute::GetXPath give it.
+  Spot FindSpot(WStringView path) const;
+  /// Makes the start of the spot's element throw a COvException, to which the reader adds the place of the spot.
+  void StopAt(const Spot& spot) noexcept { m_stopAt = spot; }
+  /// The attribute whose place is wanted when the reader is stopped, or 0.
+  std::size_t GetAttributeToStopAt() const noexcept { return m_stopAt.attribute; }
+  bool StopsEarly() const noexcept { return m_stopAt.element != 0; }
   /// Whether nobody notices when a document is read into it, dropped, and read once more.
   bool ReadsUnseen() const noexcept { return m_callback == nullptr && !StopsEarly(); }
 
@@ -130,11 +137,11 @@ class DocumentTree {
   std::vector<OpenElement> m_open;                       // the document element first
   CXmlElement* m_documentElement = nullptr;              // in the pool
   std::size_t m_started = 0;                             // elements so far, counted when there is m_stopAt
-  std::size_t m_stopAt = 0;                              // 0: nowhere
-  std::size_t m_elements = 0;                            // in the tree
-  std::size_t m_attributes = 0;                          // in the tree
-  std::size_t m_attributesOfOpen = 0;                    // of the element opened last, its declarations counted
-  std::size_t m_declarations = 0;                        // of the element to be opened next
+  Spot m_stopAt;
+  std::size_t m_elements = 0;          // in the tree
+  std::size_t m_attributes = 0;        // in the tree
+  std::size_t m_attributesOfOpen = 0;  // of the element opened last, its declarations counted
+  std::size_t m_declarations = 0;      // of the element to be opened next
   std::atomic<bool> m_anyMade = false;
 };
 

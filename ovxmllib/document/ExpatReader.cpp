@@ -6,6 +6,7 @@
 #include <new>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/document/TagText.h"
 #include "ovxmllib/document/XmlAttribute.h"
 
 namespace OvXmlLib16 {
@@ -230,7 +231,18 @@ void CExpatReader::SetPlaceOn(COvException& exception) const noexcept {
   const XML_Size line = XML_GetCurrentLineNumber(m_parser);
   const XML_Size charactersBefore = XML_GetCurrentColumnNumber(m_parser);
   const bool countsMark = line == 1 && charactersBefore > 0 && BeganWithByteOrderMark();
-  exception.SetPlace(line, charactersBefore + (countsMark ? 0 : 1));
+  TextPlace place{line, charactersBefore + (countsMark ? 0 : 1)};
+  if (const std::size_t attribute = m_tree.GetAttributeToStopAt(); attribute != 0) MoveToAttribute(attribute, place);
+  exception.SetPlace(place.line, place.column);
+}
+
+// From the start of the tag that is being parsed to one of its attributes. In other encodings than those that have
+// ASCII in them, the place stays that of the tag.
+void CExpatReader::MoveToAttribute(std::size_t number, TextPlace& place) const noexcept {
+  const auto input = Unfinished();
+  const std::string_view text(reinterpret_cast<const char*>(input.data()), input.size());
+  const bool skipsDeclarations = m_context.GetSchemaType() != SchemaType_NoNamespaces;
+  place.MoveOver(text.substr(0, FindAttribute(text, number, skipsDeclarations)));
 }
 
 // Keeps the first bytes, however they come.

@@ -18,6 +18,8 @@ struct XML_ParserStruct;
 
 namespace OvXmlLib16 {
 
+struct TextPlace;
+
 /// Parses one document into a tree. Calling order: Open, then Parse, or GetBuffer and ParseBuffer by turns, the last
 /// call with `isFinal` true. After an exception the reader is good for destruction only.
 ///
@@ -62,6 +64,7 @@ class CExpatReader : public CInstanceMonitor {
   void RefuseLongTag();
   [[noreturn]] void ThrowParserError(int error);
   void SetPlaceOn(COvException& exception) const noexcept;
+  void MoveToAttribute(std::size_t number, TextPlace& place) const noexcept;
   void NoteStart(const unsigned char* data, std::size_t length) noexcept;
   bool BeganWithByteOrderMark() const noexcept;
 

@@ -124,10 +124,10 @@ WString CXmlDocument::LookupAliasFromNamespace(const WChar* uri) const { return 
 void CXmlDocument::ReleaseSpareMemory() noexcept { TrimSlabCache(); }
 
 void CXmlDocument::AddPlace(COvException& exception, const std::function<void(CXmlDocument&)>& load) const {
-  const std::size_t ordinal = m_tree->FindOrdinal(exception.GetPath());
-  if (ordinal == 0) return;
+  const DocumentTree::Spot spot = m_tree->FindSpot(exception.GetPath());
+  if (spot.element == 0) return;
   CXmlDocument again([](CXmlElement*) { return true; }, *m_context);
-  again.m_tree->StopAt(ordinal);
+  again.m_tree->StopAt(spot);
   try {
     load(again);
   } catch (const COvException& there) {

@@ -139,8 +139,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   JsonInput OpenJsonStream(const unsigned char* data, std::size_t length);
   JsonInput OpenJsonFile(const std::filesystem::path& path);
   CBinaryData ParseJson(JsonInput input) const;
-  /// Adds line and column to an exception that has the path of one of the elements. `load` is what loaded the document:
-  /// it does so once more, up to that element.
+  /// Adds line and column to an exception that has the path of an element or attribute. `load` is what loaded the
+  /// document: it does so once more, up to that element.
   void AddPlace(COvException& exception, const std::function<void(CXmlDocument&)>& load) const;
 
   const CSerializationContext* m_context;  // not owned

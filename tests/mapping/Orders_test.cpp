@@ -104,6 +104,21 @@ TEST_F(Orders, FaultsAreToldWithTheirPlace) {
   }
 }
 
+TEST_F(Orders, FaultsInAttributesTellWhereTheyStand) {
+  using Place = std::pair<std::uint64_t, std::uint64_t>;
+  const auto placeOf = [](std::string_view text) -> Place {
+    try {
+      CSmartPtr<COrders>(new COrders)->FromXml(text);
+    } catch (const COvException& exception) {
+      return {exception.GetLine(), exception.GetColumn()};
+    }
+    return {};
+  };
+  EXPECT_EQ(placeOf("<orders xmlns='urn:example:orders'\r\n \t\t a='>\"'  b=''/>"), Place(2, 5));
+  EXPECT_EQ(placeOf("<orders xmlns='urn:example:orders'><header\nx='é' p:x='' xmlns:p='p'/></orders>"), Place(2, 1));
+  EXPECT_EQ(placeOf("<orders xml:a='é' p:x=\"'\"\nxmlns:p='urn:p' xmlns='urn:example:orders'/>"), Place(1, 9));
+}
+
 // The place is found by reading once more, which a pipe does not allow.
 TEST_F(Orders, FaultsInFilesHaveALineAndFaultsInPipesNone) {
   const TemporaryFolder folder;
