@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "bench/BoundOrders.h"
 #include "bench/OrdersDocument.h"
 #include "bench/WriterScript.h"
 #include "ovxmllib/document/XmlDocument.h"
@@ -33,8 +34,20 @@ void ReadAndWrite(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations());
 }
 
+/// The same of bound objects.
+void ReadAndWriteObjects(benchmark::State& state) {
+  CXmlObjectBase::Register(16, 1);
+  const std::string text =
+      bench::MakeOrdersDocument(static_cast<std::size_t>(state.range(0)), bench::kOrdersSeed + state.thread_index());
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(bench::WriteObject(*bench::ReadObject(text).operator->()).GetLength());
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+
 }  // namespace
 
+BENCHMARK(ReadAndWriteObjects)->Arg(1'000)->Arg(100'000)->Arg(10'000'000)->Threads(1)->Threads(2)->UseRealTime();
 BENCHMARK(ReadAndWrite)->Arg(1'000)->Arg(100'000)->Arg(10'000'000)->Threads(1)->Threads(2)->UseRealTime();
 
 BENCHMARK_MAIN();

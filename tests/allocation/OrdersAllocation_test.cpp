@@ -7,6 +7,7 @@
 #include "bench/OrdersDocument.h"
 #include "examples/orders/Orders.h"
 #include "tests/support/AllocationCounters.h"
+#include "tests/support/AllocationLoop.h"
 
 namespace OvXmlLib16::test {
 namespace {
@@ -37,6 +38,23 @@ TEST(OrdersAllocation, ReadingAndWritingCallTheHeapAtMostTwiceForAnElement) {
   EXPECT_LE(CallsOf([&] { CSmartPtr<orders::COrders>(new orders::COrders)->FromXml(std::string_view(document)); }),
             2 * elements);
   EXPECT_LE(CallsOf([&] { read->ToXmlStream(); }), elements);
+}
+
+TEST(OrdersAllocation, JsonLosesNothing) {
+  const CSerializationContext context = orders::COrders::MakeContext();
+  const CSmartPtr<orders::COrders> read(new orders::COrders);
+  read->FromXml(std::string_view(bench::MakeOrdersDocument(1'000)));
+  const std::string json = ToUtf8(read->ToJson(true, EOLType_LF, context)), notJson = json + "]";
+  ExpectSafe("writing", [&] { read->ToJsonStream(true, XmlEncoding_UTF8, EOLType_LF, context); });
+  for (const std::string& text : {json, notJson}) {
+    ExpectSafe("reading", [&] {
+      try {
+        CSmartPtr<orders::COrders>(new orders::COrders)->FromJson(text, context);
+      } catch (const COvException& exception) {
+        exception.GetFullMessage();
+      }
+    });
+  }
 }
 
 }  // namespace
