@@ -1,11 +1,8 @@
 #include "ovxmllib/document/XmlEscape.h"
 
-#include <array>
-#include <bit>
-#include <cstring>
-
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/foundation/PlainRun.h"
 #include "ovxmllib/foundation/Unicode.h"
 #include "ovxmllib/foundation/UnitCopy.h"
 
@@ -33,55 +30,20 @@ std::size_t UnitsOfHighCharacter(WStringView text, std::size_t i) noexcept {
   return isPair ? 2 : 0;
 }
 
-using UnitBlock [[gnu::vector_size(16)]] = std::int16_t;
-constexpr std::size_t kBlock = sizeof(UnitBlock) / sizeof(WChar);
-
-constexpr UnitBlock Each(std::int16_t c) noexcept { return UnitBlock{c, c, c, c, c, c, c, c}; }
-
-// True for eight units that go out as they are everywhere. As signed numbers, those from U+8000 on are small as well:
-// they are looked at one by one. One bit makes a quotation mark an ampersand, and one makes `<` a `>`.
-bool IsPlainBlock(const UnitBlock& units) noexcept {
-  const UnitBlock found =
-      (units < Each(0x20)) | ((units | Each('"' ^ '&')) == Each('&')) | ((units | Each('<' ^ '>')) == Each('>'));
-  const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(found);
-  return (halves[0] | halves[1]) == 0;
-}
-
-// Copies eight units if they are plain.
-bool CopyPlainBlock(WChar* out, const WChar* from) noexcept {
-  UnitBlock units;
-  std::memcpy(&units, from, sizeof units);
-  if (!IsPlainBlock(units)) return false;
-  std::memcpy(out, &units, sizeof units);
-  return true;
-}
-
-// The same for four to seven units: the first four and the last four, which may overlap, make one block.
-bool CopyPlainShort(WChar* out, WStringView text) noexcept {
-  using Halves [[gnu::vector_size(16)]] = std::uint64_t;
-  const std::size_t tail = text.size() - kBlock / 2;
-  std::uint64_t first, last;
-  std::memcpy(&first, text.data(), sizeof first);
-  std::memcpy(&last, text.data() + tail, sizeof last);
-  // Put together in a register: through memory, the load would have to wait for both stores.
-  if (!IsPlainBlock(std::bit_cast<UnitBlock>(Halves{first, last}))) return false;
-  std::memcpy(out, &first, sizeof first);
-  std::memcpy(out + tail, &last, sizeof last);
-  return true;
-}
+// True for eight units that go out as they are everywhere; those from U+8000 on are looked at one by one. One bit makes
+// a quotation mark an ampersand, and one makes `<` a `>`.
+constexpr auto kIsPlain = [](const plainrun::Block& units) noexcept {
+  using plainrun::Each;
+  return plainrun::IsNone((units < Each(0x20)) | ((units | Each('"' ^ '&')) == Each('&')) |
+                          ((units | Each('<' ^ '>')) == Each('>')));
+};
 
 // Copies the run that `text` begins with and that goes out as it is; returns its length. It ends at a special character
 // and at what is no character.
 std::size_t CopyRun(WChar* out, WStringView text, std::uint64_t special) {
   const std::size_t length = text.size();
   const WChar* const from = text.data();
-  std::size_t i = 0;
-  if (length >= kBlock) {
-    while (length - i >= kBlock && CopyPlainBlock(out + i, from + i)) i += kBlock;
-    if (length - i < kBlock && CopyPlainBlock(out + length - kBlock, from + length - kBlock)) return length;
-  } else if (length >= kBlock / 2 && CopyPlainShort(out, text)) {
-    return length;
-  }
+  std::size_t i = plainrun::CopyBlocks(out, text, kIsPlain);
   while (i < length && !IsSpecial(from[i], special)) {
     const std::size_t units = from[i] < 0xD800 ? 1 : UnitsOfHighCharacter(text, i);
     if (units == 0) break;

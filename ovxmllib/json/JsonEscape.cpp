@@ -1,11 +1,6 @@
 #include "ovxmllib/json/JsonEscape.h"
 
-#include <algorithm>
-#include <array>
-#include <bit>
-#include <cstdint>
-#include <cstring>
-
+#include "ovxmllib/foundation/PlainRun.h"
 #include "ovxmllib/foundation/Unicode.h"
 #include "ovxmllib/foundation/UnitCopy.h"
 
@@ -15,37 +10,16 @@ namespace {
 
 constexpr bool IsSpecial(WChar c) noexcept { return c < 0x20 || c == u'"' || c == u'\\'; }
 
-using UnitBlock [[gnu::vector_size(16)]] = std::uint16_t;
-constexpr std::size_t kBlock = sizeof(UnitBlock) / sizeof(WChar);
-
-constexpr UnitBlock Each(std::uint16_t c) noexcept { return UnitBlock{c, c, c, c, c, c, c, c}; }
-
-bool IsPlainBlock(const UnitBlock& units) noexcept {
-  const auto found = (units < Each(0x20)) | (units == Each('"')) | (units == Each('\\'));
-  const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(found);
-  return (halves[0] | halves[1]) == 0;
-}
-
-// Copies eight units if they are plain.
-bool CopyPlainBlock(WChar* out, const WChar* from) noexcept {
-  UnitBlock units;
-  std::memcpy(&units, from, sizeof units);
-  if (!IsPlainBlock(units)) return false;
-  std::memcpy(out, &units, sizeof units);
-  return true;
-}
+// True for eight units that go out as they are; those from U+8000 on are looked at one by one.
+constexpr auto kIsPlain = [](const plainrun::Block& units) noexcept {
+  using plainrun::Each;
+  return plainrun::IsNone((units < Each(0x20)) | (units == Each('"')) | (units == Each('\\')));
+};
 
 // Copies the run that `text` begins with and that goes out as it is; returns its length.
 std::size_t CopyRun(WChar* out, WStringView text) noexcept {
-  const std::size_t length = text.size();
-  const WChar* const from = text.data();
-  std::size_t i = 0;
-  while (length - i >= kBlock && CopyPlainBlock(out + i, from + i)) i += kBlock;
-  // The end by one more step over the last units, which may go over some for the second time.
-  if (length >= kBlock && length - i < kBlock && CopyPlainBlock(out + length - kBlock, from + length - kBlock)) {
-    return length;
-  }
-  for (; i < length && !IsSpecial(from[i]); ++i) out[i] = from[i];
+  std::size_t i = plainrun::CopyBlocks(out, text, kIsPlain);
+  for (; i < text.size() && !IsSpecial(text[i]); ++i) out[i] = text[i];
   return i;
 }
 

@@ -10,58 +10,27 @@
 #include "tests/support/Documents.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/Vectors.h"
+#include "tests/support/WriterScript.h"
 
 namespace OvXmlLib16 {
 namespace {
 
 using test::MessageOf;
 
-// The part of `text` ahead of `end`, or all of it; `text` keeps what stands behind.
-WStringView TakeUntil(WStringView& text, WChar end) {
-  const WStringView taken = text.substr(0, text.find(end));
-  text.remove_prefix(std::min(taken.size() + 1, text.size()));
-  return taken;
-}
+// Beyond test::Perform: _text WriteRawLine, # WriteXmlHeader, / CloseStartTag.
+struct XmlDialect : test::PlainDialect {
+  explicit XmlDialect(CXmlTextWriter& to) : writer(to) {}
 
-WStringView TakeNamespace(WStringView& text) {
-  if (text.find(u'|') == WStringView::npos) return {};
-  const WStringView ns = TakeUntil(text, u'|');
-  return ns == u"XSI" ? kXsiNamespace : ns == u"XML" ? kXmlNamespace : ns;
-}
-
-// Makes a call for each token of a script; blanks separate them. XSI and XML stand for their namespaces.
-//
-//     <ns|name    StartElement          >       EndElement
-//     @ns|name=v  WriteAttribute        'text   WriteText
-//     :ns|alias   AddNamespace          =ns|    SetDefaultNamespace
-//     ^ns|type    WriteXsiType          0       WriteXsiNil
-//     ?text       WriteProcessingInstruction    !text   WriteComment
-//     +text       WriteInlineSchema     _text   WriteRawLine
-//     #           WriteXmlHeader        /       CloseStartTag
-void Perform(CXmlTextWriter& writer, WStringView script) {
-  while (!script.empty()) {
-    WStringView token = TakeUntil(script, u' ');
-    const WChar call = token.front();
-    token.remove_prefix(1);
-    const bool hasNamespace = WStringView(u"<@:=^").find(call) != WStringView::npos;
-    const WStringView ns = hasNamespace ? TakeNamespace(token) : WStringView();
-    const WStringView name = call == u'@' ? TakeUntil(token, u'=') : token;
-    if (call == u'<') writer.StartElement(name, ns);
-    if (call == u'>') writer.EndElement();
-    if (call == u'@') writer.WriteAttribute(name, ns, token, ItemType_string);
-    if (call == u'\'') writer.WriteText(token, ItemType_string);
-    if (call == u':') writer.AddNamespace(name, ns);
-    if (call == u'=') writer.SetDefaultNamespace(ns);
-    if (call == u'^') writer.WriteXsiType(ns, name, ItemType_string);
-    if (call == u'0') writer.WriteXsiNil();
-    if (call == u'?') writer.WriteProcessingInstruction(token);
-    if (call == u'!') writer.WriteComment(token);
-    if (call == u'+') writer.WriteInlineSchema(token);
+  void Call(WChar call, WStringView token) const {
     if (call == u'_') writer.WriteRawLine(token);
     if (call == u'#') writer.WriteXmlHeader();
     if (call == u'/') writer.CloseStartTag();
   }
-}
+
+  CXmlTextWriter& writer;
+};
+
+void Perform(CXmlTextWriter& writer, WStringView script) { test::Perform(writer, script, XmlDialect(writer)); }
 
 // As the stream's bytes where it has an encoding: they must go out in pieces.
 template <class Steps>

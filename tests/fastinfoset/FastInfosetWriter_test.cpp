@@ -32,7 +32,7 @@ CBinaryData WrittenBy(const CFastInfosetContext& context, const Steps& steps, FI
 }
 
 CBinaryData Written(const CFastInfosetContext& context, WStringView script, ItemType type = ItemType_string) {
-  return WrittenBy(context, [&](CXmlWriter& writer) { test::Perform(writer, script, type); });
+  return WrittenBy(context, [&](CXmlWriter& writer) { test::Perform(writer, script, test::PlainDialect{type}); });
 }
 
 std::vector<test::VectorRow> Rows(std::string_view table) { return test::ReadVectors("fastinfoset/writer.vec", table); }

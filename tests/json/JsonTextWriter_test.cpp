@@ -7,6 +7,7 @@
 #include "tests/support/Documents.h"
 #include "tests/support/Thrown.h"
 #include "tests/support/Vectors.h"
+#include "tests/support/WriterScript.h"
 
 namespace OvXmlLib16 {
 namespace {
@@ -14,62 +15,25 @@ namespace {
 using test::Json;
 using test::MessageOf;
 
-// The part of `text` ahead of `end`, or all of it; `text` keeps what stands behind.
-WStringView TakeUntil(WStringView& text, WChar end) {
-  const WStringView taken = text.substr(0, text.find(end));
-  text.remove_prefix(std::min(taken.size() + 1, text.size()));
-  return taken;
-}
+// Beyond test::Perform: 4:12 and @x=4:12 are values with the number of their type.
+struct JsonDialect : test::PlainDialect {
+  explicit JsonDialect(CXmlWriter& to) : writer(to) {}
 
-WStringView TakeNamespace(WStringView& text) {
-  if (text.find(u'|') == WStringView::npos) return {};
-  const WStringView ns = TakeUntil(text, u'|');
-  return ns == u"XSI" ? kXsiNamespace : ns == u"XML" ? kXmlNamespace : ns;
-}
-
-ItemType TakeType(WStringView& text) {
-  if (text.find(u':') == WStringView::npos) return ItemType_string;
-  return static_cast<ItemType>(std::stoi(ToUtf8(TakeUntil(text, u':'))));
-}
-
-// Makes a call for each token of a script; blanks separate them. XSI and XML stand for their namespaces.
-//
-//     <ns|name    StartElement    >            EndElement            [  ]         SetArrayState(1), (3)
-//     @ns|name=v  WriteAttribute  'text        WriteText, a string   4:12 @x=4:5  values with the number of their type
-//     :ns|alias   AddNamespace    =ns|         SetDefaultNamespace   ^ns|type     WriteXsiType
-//     0           WriteXsiNil     ?text +text  instruction, schema   !text        WriteComment
-void Perform(CJsonTextWriter& writer, WStringView script) {
-  while (!script.empty()) {
-    WStringView token = TakeUntil(script, u' ');
-    if (token.empty()) continue;
-    const WChar call = token.front();
-    if (token.size() > 1 && call >= u'0' && call <= u'9') {
-      const ItemType type = TakeType(token);
-      writer.WriteText(token, type);
-      continue;
-    }
-    token.remove_prefix(1);
-    const bool hasNamespace = WStringView(u"<@:=^").find(call) != WStringView::npos;
-    const WStringView ns = hasNamespace ? TakeNamespace(token) : WStringView();
-    const WStringView name = call == u'@' ? TakeUntil(token, u'=') : token;
-    if (call == u'<') writer.StartElement(name, ns);
-    if (call == u'>') writer.EndElement();
-    if (call == u'[') writer.SetArrayState(1);
-    if (call == u']') writer.SetArrayState(3);
-    if (call == u'\'') writer.WriteText(token, ItemType_string);
-    if (call == u':') writer.AddNamespace(token, ns);
-    if (call == u'=') writer.SetDefaultNamespace(ns);
-    if (call == u'^') writer.WriteXsiType(ns, token, ItemType_string);
-    if (call == u'0') writer.WriteXsiNil();
-    if (call == u'?') writer.WriteProcessingInstruction(token);
-    if (call == u'+') writer.WriteInlineSchema(token);
-    if (call == u'!') writer.WriteComment(token);
-    if (call == u'@') {
-      const ItemType type = TakeType(token);
-      writer.WriteAttribute(name, ns, token, type);
-    }
+  ItemType TakeType(WStringView& text) const {
+    if (text.find(u':') == WStringView::npos) return type;
+    return static_cast<ItemType>(std::stoi(ToUtf8(test::script_detail::TakeUntil(text, u':'))));
   }
-}
+  void Call(WChar call, WStringView token) const {
+    const WString whole = call + WString(token);
+    WStringView text = whole;
+    const ItemType told = TakeType(text);
+    writer.WriteText(text, told);
+  }
+
+  CXmlWriter& writer;
+};
+
+void Perform(CJsonTextWriter& writer, WStringView script) { test::Perform(writer, script, JsonDialect(writer)); }
 
 struct Form {
   bool formatted = false;

@@ -23,34 +23,74 @@ inline WStringView TakeNamespace(WStringView& text) {
 
 }  // namespace script_detail
 
-/// Makes a call for each token of a script; blanks separate them. XSI and XML stand for their namespaces. Texts and
-/// values are of `type`; what is no call of CXmlWriter is nothing.
+/// What a script may say beyond CXmlWriter.
+struct PlainDialect {
+  /// The type of a text or value, which may take what tells it off its text.
+  ItemType TakeType(WStringView&) const { return type; }
+  /// A token that stands for no call of CXmlWriter, by its first character and the rest.
+  void Call(WChar, WStringView) const {}
+
+  ItemType type = ItemType_string;
+};
+
+/// Makes a call for each token of a script; blanks separate them. XSI and XML stand for their namespaces.
 ///
 ///     <ns|name    StartElement          >       EndElement
 ///     @ns|name=v  WriteAttribute        'text   WriteText
 ///     :ns|alias   AddNamespace          =ns|    SetDefaultNamespace
 ///     ^ns|type    WriteXsiType          0       WriteXsiNil
 ///     ?text       WriteProcessingInstruction    !text   WriteComment
-///     +text       WriteInlineSchema
-inline void Perform(CXmlWriter& writer, WStringView script, ItemType type = ItemType_string) {
+///     +text       WriteInlineSchema     [ ]     SetArrayState(1) and (3)
+template <class Dialect = PlainDialect>
+void Perform(CXmlWriter& writer, WStringView script, const Dialect& dialect = {}) {
   while (!script.empty()) {
     WStringView token = script_detail::TakeUntil(script, u' ');
+    if (token.empty()) continue;
     const WChar call = token.front();
     token.remove_prefix(1);
     const bool hasNamespace = WStringView(u"<@:=^").find(call) != WStringView::npos;
     const WStringView ns = hasNamespace ? script_detail::TakeNamespace(token) : WStringView();
     const WStringView name = call == u'@' ? script_detail::TakeUntil(token, u'=') : token;
-    if (call == u'<') writer.StartElement(name, ns);
-    if (call == u'>') writer.EndElement();
-    if (call == u'@') writer.WriteAttribute(name, ns, token, type);
-    if (call == u'\'') writer.WriteText(token, type);
-    if (call == u':') writer.AddNamespace(name, ns);
-    if (call == u'=') writer.SetDefaultNamespace(ns);
-    if (call == u'^') writer.WriteXsiType(ns, name, type);
-    if (call == u'0') writer.WriteXsiNil();
-    if (call == u'?') writer.WriteProcessingInstruction(token);
-    if (call == u'!') writer.WriteComment(token);
-    if (call == u'+') writer.WriteInlineSchema(token);
+    switch (call) {
+      case u'<':
+        writer.StartElement(name, ns);
+        break;
+      case u'>':
+        writer.EndElement();
+        break;
+      case u'@': {
+        const ItemType type = dialect.TakeType(token);
+        writer.WriteAttribute(name, ns, token, type);
+        break;
+      }
+      case u'\'':
+        writer.WriteText(token, dialect.type);
+        break;
+      case u':':
+        writer.AddNamespace(name, ns);
+        break;
+      case u'=':
+        writer.SetDefaultNamespace(ns);
+        break;
+      case u'^':
+        writer.WriteXsiType(ns, name, dialect.type);
+        break;
+      case u'?':
+        writer.WriteProcessingInstruction(token);
+        break;
+      case u'!':
+        writer.WriteComment(token);
+        break;
+      case u'+':
+        writer.WriteInlineSchema(token);
+        break;
+      case u'[':
+      case u']':
+        writer.SetArrayState(call == u'[' ? 1 : 3);
+        break;
+      default:
+        call == u'0' && token.empty() ? writer.WriteXsiNil() : dialect.Call(call, token);
+    }
   }
 }
 
