@@ -192,7 +192,28 @@ void CFastInfosetWriter::WriteText(WStringView text, ItemType type) {
   CloseStartTag();
   if (text.empty()) return;
   WriteDueTerminator();
-  // NonIdentifyingStringOrIndex on the third bit (C.15).
+  WriteChunk(text, type);
+}
+
+// In one go, without opening a context: what is not plain takes the long way.
+void CFastInfosetWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  CXmlWriterContext* const parent = GetContext();
+  const bool isPlain = parent != nullptr && !text.empty();
+  const bool hasPrefix = isPlain && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
+  const WString* const alias = hasPrefix ? parent->GetNamespaceMapValue(ns) : nullptr;
+  if (!isPlain || (hasPrefix && alias == nullptr)) return CXmlWriter::WriteTextElement(name, ns, text, type);
+  WriteDueTerminator();
+  ++parent->childCount;
+  CloseStartTag();
+  m_out.PutHeld(0);
+  WriteElementName(/*sharesOctet=*/true, name, ns, alias == nullptr ? WStringView() : *alias);
+  m_out.LetGo();
+  WriteChunk(text, type);
+  m_terminatorDue = true;
+}
+
+// NonIdentifyingStringOrIndex on the third bit (C.15).
+void CFastInfosetWriter::WriteChunk(WStringView text, ItemType type) {
   if (text.size() >= m_context.m_dwElementMaxAddLength) {
     return WriteString(fastinfoset::kStringOnFifthBit, octet::kChunk, text, type);
   }

@@ -56,6 +56,7 @@ class CFastInfosetWriter : public CXmlWriter {
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
   void WriteXsiNil() override;
+  void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
 
  private:
   static ClassType& Record();
@@ -70,6 +71,7 @@ class CFastInfosetWriter : public CXmlWriter {
   void WriteAttributeName(WStringView name, WStringView ns, WStringView prefix);
   void WriteNameParts(WStringView name, WStringView ns, WStringView prefix);
   void WriteIdentifyingString(fastinfoset::TextIndex& table, WStringView text);
+  void WriteChunk(WStringView text, ItemType type);
   void WriteAttributeValue(WStringView value, ItemType type);
   void WriteString(const fastinfoset::StringForm& form, unsigned prefix, WStringView text, ItemType type);
   void WriteUtf8(const fastinfoset::NumberForm& lengthForm, unsigned prefix, WStringView text, bool isName);
