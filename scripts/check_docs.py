@@ -6,7 +6,8 @@ What follows the word `cpp` at the head of a block decides what happens to it:
   no-run                the same, but a program is only linked
   fragment              the block is put into the class of tests/docs/members.cpp.in and compiled
   fragment statements   the block is put into the function of tests/docs/statements.cpp.in and compiled
-A block headed `output` directly behind a program is what that program prints.
+A block headed `output` directly behind a program is what that program prints. A program that includes Orders.h has the
+classes of examples/orders and, where it runs, orders.xml.
 """
 import argparse
 import concurrent.futures
@@ -14,12 +15,14 @@ import dataclasses
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WRAPPERS = {"fragment": "members.cpp.in", "fragment statements": "statements.cpp.in"}
+ORDERS = ROOT / "examples/orders"
 WARNINGS = ["-Wall", "-Wextra", "-Wno-unused", "-Werror"]
 
 
@@ -36,6 +39,9 @@ class Block:
 
     def is_program(self):
         return self.mode not in WRAPPERS and re.search(r"\bint main\(", self.text) is not None
+
+    def uses_orders(self):
+        return '#include "Orders.h"' in self.text
 
     def source(self):
         numbered = f'#line {self.line} "{ROOT / self.file}"\n{self.text}'
@@ -86,6 +92,9 @@ def fault_of(block, options):
         source, program = pathlib.Path(folder, "block.cpp"), pathlib.Path(folder, "block")
         source.write_text(block.source())
         command = [options.compiler, "-std=c++20", *WARNINGS, *options.flags, "-I", options.include, str(source)]
+        if block.uses_orders():
+            command += ["-I", str(ORDERS), str(ORDERS / "Orders.cpp")]
+            shutil.copy(ORDERS / "orders.xml", folder)
         if block.is_program():
             library = pathlib.Path(options.library).resolve()
             command += ["-o", str(program), str(library), f"-Wl,-rpath,{library.parent}"]

@@ -1,5 +1,5 @@
 // Reads orders from a file into objects, shows a fault in it with its place, mends the objects, and writes them as
-// formatted XML and gzip: orders [file [folder for the output]]
+// formatted XML, plain and as gzip, as JSON and as Fast Infoset: orders [file [folder for the output]]
 
 #include <filesystem>
 #include <iostream>
@@ -80,11 +80,15 @@ int main(int argc, char** argv) {
     ShowChoice(document->GetOrders().At(0));
 
     const path formatted = folder / "mended.xml", gzip = folder / "mended.xml.gz";
+    const path json = folder / "mended.json", fastInfoset = folder / "mended.finf";
     const CSerializationContext context = COrders::MakeContext();
     document->ToXmlFile(formatted, /*header=*/true, /*formatted=*/true, XmlEncoding_UTF8, EOLType_LF, context);
     document->ToXmlFile(gzip, true, true, XmlEncoding_UTF8, EOLType_LF, context, CompressionType_GZip);
-    std::cout << "Wrote " << formatted.string() << ", " << file_size(formatted) << " bytes, and " << gzip.string()
-              << ", " << file_size(gzip) << " bytes.\n";
+    document->ToJsonFile(json, /*formatted=*/true, XmlEncoding_UTF8, EOLType_LF, context);
+    document->ToFastInfosetFile(fastInfoset, FInfoDecl_None, context);
+    for (const path& file : {formatted, gzip, json, fastInfoset}) {
+      std::cout << "Wrote " << file.string() << ", " << file_size(file) << " bytes.\n";
+    }
     return IsFaultless(formatted) && IsFaultless(gzip) ? 0 : 1;
   } catch (const COvException& exception) {
     std::cerr << exception << '\n';
