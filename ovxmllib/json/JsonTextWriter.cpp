@@ -231,8 +231,8 @@ void CJsonTextWriter::WriteText(WStringView text, ItemType type) {
 // In one go, without opening a context: what may begin or go on with an array takes the long way.
 void CJsonTextWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
   CXmlWriterContext* const parent = GetContext();
-  const bool isPlain = parent != nullptr && !text.empty() && parent->arrayState != ArrayRequested &&
-                       parent->arrayState != ArrayOpen;
+  const bool isPlain =
+      parent != nullptr && !text.empty() && parent->arrayState != ArrayRequested && parent->arrayState != ArrayOpen;
   if (!isPlain) return CXmlWriter::WriteTextElement(name, ns, text, type);
   const bool isQualified = IsFull() && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
   const WStringView alias = isQualified ? WStringView(RequireAlias(ns, name)) : WStringView();
