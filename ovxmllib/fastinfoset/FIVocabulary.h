@@ -73,9 +73,10 @@ class OVXMLLIB_API CFIVocabulary {
   void AddPrefixName(WString name);
   void AddNamespaceName(WString name);
   void AddLocalName(WString name);
-  /// Adds the value of an attribute. A document refers to it whatever its length.
+  /// Adds the value of an attribute. The writer refers to it only if it is shorter than the context's
+  /// GetAttributeMaxAddLength, and spells it out otherwise; a reader has it in either case.
   void AddAttributeValue(WString value);
-  /// Adds a text of elements, a character chunk as the standard calls it.
+  /// Adds a text of elements, a character chunk as the standard calls it; GetElementMaxAddLength is its limit.
   void AddElementValue(WString value);
 
   /// Add a name, and those of its parts that are not in their tables. Empty texts stand for no prefix and no namespace.
