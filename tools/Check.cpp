@@ -1,21 +1,20 @@
 #include <iostream>
 
 #include "tools/Commands.h"
-#include "tools/DocumentEvents.h"
-#include "tools/Failure.h"
+#include "tools/Source.h"
 
 namespace ovxml {
 
 namespace {
 
 void CheckOne(const std::string& name, const CommonOptions& common) {
-  const Input input(name, common.context.GetMaxInputBytes());
-  Progress progress(common.progress, name, input.GetSize(), /*passes=*/1);
+  const Source source(name, common.context);
+  Progress progress(common.progress, name, source.GetBytesPerReading(), /*passes=*/1);
   DocumentEvents nobodyListens;
   try {
-    ReadEvents(input, common.context, nobodyListens, progress);
+    source.Read(nobodyListens, progress);
   } catch (const OvXmlLib16::COvException& exception) {
-    throw FailureOf(exception, name, name);
+    throw source.FailureOf(exception, name);
   }
 }
 

@@ -11,6 +11,9 @@ int Convert(const ConvertOptions& options);
 /// Prints what a document is made of.
 int Info(const InfoOptions& options);
 
+/// Prints a Fast Infoset document octet by octet.
+int FiDump(const FiDumpOptions& options);
+
 /// Prints a line for each file: whether it is well-formed, or where and why it is not.
 int Check(const CheckOptions& options);
 

@@ -29,21 +29,29 @@ void Write(const ConvertOptions& options, const DocumentCopy& copy, const Output
   write(plain);
 }
 
+// In the modes without namespaces elements are members by their local names.
+SiblingRuns RunsOf(const Source& source, const CSerializationContext& context, Progress& progress) {
+  const bool hasNamespaces = context.GetJsonContext()->GetSupportRoundtrip() == OvXmlLib16::RoundTripFull;
+  return SiblingRuns(source, hasNamespaces, progress);
+}
+
 }  // namespace
 
 int Convert(const ConvertOptions& options) {
   const CommonOptions& common = options.common;
-  const Input input(options.input, common.context.GetMaxInputBytes());
+  const Source source(options.input, common.context);
+  const bool hasArrays = options.format->kind == FormatKind::kJson;
   try {
-    Progress progress(common.progress, input.GetName(), input.GetSize(), /*passes=*/2);
-    const Namespaces namespaces(input, common.context, progress);
+    Progress progress(common.progress, options.input, source.GetBytesPerReading(), /*passes=*/hasArrays ? 3 : 2);
+    const Namespaces namespaces(source, common.context, progress);
+    const SiblingRuns runs = hasArrays ? RunsOf(source, common.context, progress) : SiblingRuns();
     Output output(options.output);
     const OvXmlLib16::CSmartPtr<DocumentCopy> copy =
-        new DocumentCopy(input, namespaces, options.write.formatted, progress);
+        new DocumentCopy(source, {namespaces, runs, options.write.formatted}, options.format->makeCopier, progress);
     Write(options, *copy, output);
     output.Finish();
   } catch (const COvException& exception) {
-    throw FailureOf(exception, options.input, options.output);
+    throw source.FailureOf(exception, options.output);
   }
   return kDone;
 }

@@ -1,22 +1,21 @@
-// A document in a file as an object that can be written.
+// A document as an object that can be written.
 #pragma once
 
-#include "tools/DocumentEvents.h"
-#include "tools/Namespaces.h"
+#include "tools/Copiers.h"
+#include "tools/Source.h"
 
 namespace ovxml {
 
-/// Has nothing in it: it is read while it is written, in flat memory. Names, namespaces, attributes and text come out
-/// as they were, and in the same order. The aliases that the document declares, wherever it does, are declared at the
-/// root.
+/// Has nothing in it: it is read while it is written. Names, namespaces, attributes and text come out as they were, and
+/// in the same order. The aliases that the document declares, wherever it does, are declared at the root.
 ///
-/// Formatted, the white space around child elements is left to the writer, but for one blank where a text ends ahead of
-/// a tag.
+/// Formatted as XML, the white space around child elements is left to the writer, but for one blank where a text ends
+/// ahead of a tag.
 class DocumentCopy : public OvXmlLib16::CXmlObjectBase {
  public:
   /// Nothing is owned, and all must outlive the object.
-  DocumentCopy(const Input& input, const Namespaces& namespaces, bool formatted, Progress& progress)
-      : m_input(input), m_namespaces(namespaces), m_formatted(formatted), m_progress(progress) {}
+  DocumentCopy(const Source& source, const CopyPlan& plan, MakeCopier* makeCopier, Progress& progress)
+      : m_source(source), m_plan(plan), m_makeCopier(makeCopier), m_progress(progress) {}
 
   CXmlObjectBase* GetBase() override { return this; }
   WString GetNamespace() const override { return {}; }
@@ -28,9 +27,9 @@ class DocumentCopy : public OvXmlLib16::CXmlObjectBase {
   CXmlElement* FromXml_Int(CXmlElement*, CXmlElement*, const CSerializationContext&, bool) override { return nullptr; }
 
  private:
-  const Input& m_input;
-  const Namespaces& m_namespaces;
-  bool m_formatted;
+  const Source& m_source;
+  const CopyPlan m_plan;
+  MakeCopier* m_makeCopier;
   Progress& m_progress;
 };
 

@@ -63,14 +63,39 @@ bool ReportAndDrop(CXmlElement* element) {
   return true;
 }
 
+void ReportStart(const CXmlElement& element, DocumentEvents& events) {
+  events.OnStart(element);
+  const WStringView text = element.GetTextView();
+  if (!text.empty()) events.OnText({text, /*behindChild=*/false, element.GetFirstElement() != nullptr});
+}
+
 }  // namespace
 
-void ReadEvents(const Input& input, const CSerializationContext& context, DocumentEvents& events, Progress& progress) {
+void ReadText(const Input& input, const CSerializationContext& context, DocumentEvents& events, Progress& progress) {
   EventWalk walk(events, progress);
   t_walk = &walk;
   OvXmlLib16::CXmlDocument document(&ReportAndDrop, context);
   OvXmlLib16::AsyncFromXmlFile(!input.IsCompressed());
   document.Load(input.GetPath());
+}
+
+void WalkTree(const CXmlElement& root, DocumentEvents& events, Progress& progress) {
+  const CXmlElement* element = &root;
+  while (true) {
+    ReportStart(*element, events);
+    if (const CXmlElement* const child = element->GetFirstElement()) {
+      element = child;
+      continue;
+    }
+    while (true) {
+      events.OnEnd(*element);
+      progress.Tick();
+      if (element == &root) return;
+      const CXmlElement* const next = element->GetNextSiblingElement();
+      element = next == nullptr ? element->GetParentElm() : next;
+      if (next != nullptr) break;
+    }
+  }
 }
 
 }  // namespace ovxml

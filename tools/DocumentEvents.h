@@ -1,4 +1,4 @@
-// Reads a document of any size as a sequence of events.
+// A document as a sequence of events.
 #pragma once
 
 #include "ovxmllib/ovxmllib.h"
@@ -34,10 +34,14 @@ class DocumentEvents {
   virtual void OnEnd(const CXmlElement&) {}
 };
 
-/// Reads `input` and reports it to `events`. Of the document there is never more in memory than the elements that are
-/// open and their text; a compressed file is in memory as a whole. Throws COvException, and what `events` throws. One
-/// reading at a time in a thread.
-void ReadEvents(const Input& input, const CSerializationContext& context, DocumentEvents& events, Progress& progress);
+/// Reads `input`, which is XML, and reports it to `events`. Of the document there is never more in memory than the
+/// elements that are open and their text; a compressed file is in memory as a whole. Throws COvException, and what
+/// `events` throws. One reading at a time in a thread.
+void ReadText(const Input& input, const CSerializationContext& context, DocumentEvents& events, Progress& progress);
+
+/// Reports the tree under `root` to `events`. All text of an element comes ahead of its children: its place is not
+/// kept.
+void WalkTree(const CXmlElement& root, DocumentEvents& events, Progress& progress);
 
 /// Calls `action` with each attribute, in their order.
 template <class Action>

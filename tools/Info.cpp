@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "tools/Commands.h"
-#include "tools/Failure.h"
 #include "tools/Namespaces.h"
+#include "tools/Source.h"
 
 namespace ovxml {
 
@@ -47,10 +47,27 @@ std::string Rounded(double value) {
   return text.str();
 }
 
-void Print(const Input& input, const Namespaces& namespaces, const Counts& counts, double seconds) {
-  Line("Format:", FormatOfContent(input.GetHead()).title);
+using Seconds = std::chrono::duration<double>;
+
+class Stopwatch {
+ public:
+  Seconds GetElapsed() const { return Clock::now() - m_start; }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point m_start = Clock::now();
+};
+
+std::string EncodingName(const Source& source) {
+  if (source.GetFormat().kind == FormatKind::kXml) return EncodingOf(source.GetInput().GetHead());
+  return source.GetFormat().kind == FormatKind::kJson ? "UTF-8" : "binary";
+}
+
+void Print(const Source& source, const Namespaces& namespaces, const Counts& counts, double seconds) {
+  const Input& input = source.GetInput();
+  Line("Format:", source.GetFormat().title);
   Line("Compression:", input.IsCompressed() ? input.GetCompression() : "none");
-  Line("Encoding:", EncodingOf(input.GetHead()));
+  Line("Encoding:", EncodingName(source));
   Line("Size:", input.GetSize(), " bytes");
   Line("Root:", ToUtf8(counts.root.local), counts.root.ns.empty() ? "" : " in " + ToUtf8(counts.root.ns));
   for (const auto& [alias, uri] : namespaces.GetDeclarations()) {
@@ -67,17 +84,20 @@ void Print(const Input& input, const Namespaces& namespaces, const Counts& count
 
 int Info(const InfoOptions& options) {
   const CommonOptions& common = options.common;
-  const Input input(options.input, common.context.GetMaxInputBytes());
+  Seconds taken(0);
+  Stopwatch ahead;
+  const Source source(options.input, common.context);
+  taken += ahead.GetElapsed();
   try {
-    Progress progress(common.progress, input.GetName(), input.GetSize(), /*passes=*/2);
-    const Namespaces namespaces(input, common.context, progress);
+    Progress progress(common.progress, options.input, source.GetBytesPerReading(), /*passes=*/2);
+    const Namespaces namespaces(source, common.context, progress);
     Counts counts;
-    const auto start = std::chrono::steady_clock::now();
-    ReadEvents(input, common.context, counts, progress);
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    Print(input, namespaces, counts, taken.count());
+    Stopwatch reading;
+    source.Read(counts, progress);
+    taken += reading.GetElapsed();
+    Print(source, namespaces, counts, taken.count());
   } catch (const OvXmlLib16::COvException& exception) {
-    throw FailureOf(exception, options.input, options.input);
+    throw source.FailureOf(exception, options.input);
   }
   return kDone;
 }

@@ -6,7 +6,9 @@
 #include <zlib.h>
 
 #include <cerrno>
+#include <new>
 #include <regex>
+#include <utility>
 
 #include "tools/Failure.h"
 
@@ -62,19 +64,57 @@ const char* CompressionOf(const std::string& head) {
   return (first & 0x0F) == 8 && first >> 4 <= 7 && (first << 8 | second) % 31 == 0 ? "zlib" : "";
 }
 
+Failure TooLong(const std::string& name, std::uint64_t maxBytes) {
+  return {kLimitPassed,
+          name + ": The document is longer than " + std::to_string(maxBytes) + " bytes. --max-input sets this limit."};
+}
+
+// An inflation of gzip or zlib data, which are not owned.
+class Inflation {
+ public:
+  explicit Inflation(std::string& data) {
+    m_stream.next_in = reinterpret_cast<Bytef*>(data.data());
+    m_stream.avail_in = static_cast<uInt>(data.size());
+    if (inflateInit2(&m_stream, kEitherWindowBits) != Z_OK) throw std::bad_alloc();
+  }
+  Inflation(const Inflation&) = delete;
+  Inflation& operator=(const Inflation&) = delete;
+  ~Inflation() { inflateEnd(&m_stream); }
+
+  /// Fills the piece and cuts it to what there is; the result is zlib's.
+  int Fill(std::string& piece) {
+    m_stream.next_out = reinterpret_cast<Bytef*>(piece.data());
+    m_stream.avail_out = static_cast<uInt>(piece.size());
+    const int result = inflate(&m_stream, Z_SYNC_FLUSH);
+    piece.resize(piece.size() - m_stream.avail_out);
+    return result;
+  }
+
+ private:
+  static constexpr int kEitherWindowBits = 15 + 32;
+
+  z_stream m_stream = {};
+};
+
 // What is damaged gives less or nothing; the reading itself will say so.
 std::string Inflated(std::string head) {
-  constexpr int kEitherWindowBits = 15 + 32;
   std::string expanded(kHeadBytes, '\0');
-  z_stream stream = {};
-  if (inflateInit2(&stream, kEitherWindowBits) != Z_OK) return {};
-  stream.next_in = reinterpret_cast<Bytef*>(head.data());
-  stream.avail_in = static_cast<uInt>(head.size());
-  stream.next_out = reinterpret_cast<Bytef*>(expanded.data());
-  stream.avail_out = static_cast<uInt>(expanded.size());
-  inflate(&stream, Z_SYNC_FLUSH);
-  expanded.resize(stream.total_out);
-  inflateEnd(&stream);
+  Inflation(head).Fill(expanded);
+  return expanded;
+}
+
+std::string InflatedWhole(std::string content, const std::string& name, std::uint64_t maxExpanded) {
+  Inflation inflation(content);
+  std::string expanded;
+  for (int result = Z_OK; result != Z_STREAM_END;) {
+    std::string piece(kCopyBytes, '\0');
+    result = inflation.Fill(piece);
+    if (result != Z_OK && result != Z_STREAM_END) throw Failure{kBadInput, name + ": The compressed data are damaged."};
+    expanded += piece;
+    if (maxExpanded == 0 || expanded.size() <= maxExpanded) continue;
+    throw Failure{kLimitPassed, name + ": The document expands to more than " + std::to_string(maxExpanded) +
+                                    " bytes. --max-inflated sets this limit."};
+  }
   return expanded;
 }
 
@@ -86,9 +126,18 @@ Input::Input(const std::string& name, std::uint64_t maxBytes) : m_name(name), m_
   m_size = static_cast<std::uint64_t>(status.st_size);
   // The files of /proc have no size, and standard input may have been read from already.
   if (name == "-" || !S_ISREG(status.st_mode) || m_size == 0) CopyToScratch(file.Get(), maxBytes);
+  ReadHead(m_copy ? m_copy->GetDescriptor() : file.Get());
+}
+
+Input::Input(const std::string& name, TempFile content) : m_name(name), m_copy(std::move(content)) {
+  m_size = static_cast<std::uint64_t>(StatusOf(m_copy->GetDescriptor(), name).st_size);
+  ReadHead(m_copy->GetDescriptor());
+}
+
+void Input::ReadHead(int descriptor) {
   m_head.resize(kHeadBytes);
-  const ssize_t got = ::pread(m_copy ? m_copy->GetDescriptor() : file.Get(), m_head.data(), m_head.size(), 0);
-  if (got < 0) throw SystemFailure(name, errno);
+  const ssize_t got = ::pread(descriptor, m_head.data(), m_head.size(), 0);
+  if (got < 0) throw SystemFailure(m_name, errno);
   m_head.resize(static_cast<std::size_t>(got));
   m_compression = CompressionOf(m_head);
   if (IsCompressed()) m_head = Inflated(std::move(m_head));
@@ -101,13 +150,20 @@ void Input::CopyToScratch(int descriptor, std::uint64_t maxBytes) {
   while (const std::size_t got = ReadSome(descriptor, buffer, m_name)) {
     m_size += got;
     if (maxBytes != 0 && m_size > maxBytes) {
-      throw Failure{kLimitPassed, m_name + ": The document is longer than " + std::to_string(maxBytes) +
-                                      " bytes. --max-input sets this limit."};
+      throw TooLong(m_name, maxBytes);
     }
     if (const int error = WriteAll(m_copy->GetDescriptor(), buffer.data(), got); error != 0) {
       throw SystemFailure(ScratchFolder(), error);
     }
   }
+}
+
+std::string Input::ReadAll(std::uint64_t maxBytes, std::uint64_t maxExpanded) const {
+  if (maxBytes != 0 && m_size > maxBytes) throw TooLong(m_name, maxBytes);
+  const Descriptor file(OpenInput(GetPath()));
+  std::string content, piece(kCopyBytes, '\0');
+  while (const std::size_t got = ReadSome(file.Get(), piece, m_name)) content.append(piece, 0, got);
+  return IsCompressed() ? InflatedWhole(std::move(content), m_name, maxExpanded) : content;
 }
 
 std::string EncodingOf(const std::string& head) {

@@ -17,6 +17,8 @@ class Input {
   /// `name` is a path, or "-" for standard input. Throws Failure when it cannot be opened or read, or has more than
   /// `maxBytes` bytes (0: any number) and would have to be copied.
   Input(const std::string& name, std::uint64_t maxBytes);
+  /// What `content` holds, in the name of the file that it was made of. Throws Failure when it cannot be read.
+  Input(const std::string& name, TempFile content);
 
   /// As the user gave it.
   const std::string& GetName() const noexcept { return m_name; }
@@ -30,8 +32,13 @@ class Input {
   /// The first bytes, at most 4 KiB of them; of a compressed file what they expand to.
   const std::string& GetHead() const noexcept { return m_head; }
 
+  /// All bytes, expanded. Throws Failure when they cannot be read or expanded, and when they come to more than
+  /// `maxBytes`, or expand to more than `maxExpanded` (0: any number).
+  std::string ReadAll(std::uint64_t maxBytes, std::uint64_t maxExpanded) const;
+
  private:
   void CopyToScratch(int descriptor, std::uint64_t maxBytes);
+  void ReadHead(int descriptor);
 
   std::string m_name;
   std::filesystem::path m_path;

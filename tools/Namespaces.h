@@ -10,6 +10,8 @@
 
 namespace ovxml {
 
+class Source;
+
 /// The namespace declarations of a whole document, wherever they stand. Beyond a thousand different ones, further are
 /// passed over.
 class Namespaces {
@@ -19,9 +21,10 @@ class Namespaces {
     WString uri;
   };
 
-  /// Reads all of `input`: since the library tells what an alias stands for, but not which there are, it is read as
-  /// XML without namespaces, in which declarations are attributes. Throws COvException.
-  Namespaces(const Input& input, const CSerializationContext& context, Progress& progress);
+  /// Reads all of `source`: since the library tells what an alias stands for, but not which there are, text is read as
+  /// XML without namespaces, in which declarations are attributes. Of a tree, those are found that its names or values
+  /// use. Throws COvException.
+  Namespaces(const Source& source, const CSerializationContext& context, Progress& progress);
 
   /// Each once, in document order.
   const std::vector<Declaration>& GetDeclarations() const noexcept { return m_declarations; }
@@ -36,14 +39,21 @@ class Namespaces {
   /// Further aliases of namespaces that have one already.
   const std::vector<Declaration>& GetFurtherAliases() const noexcept { return m_further; }
 
+  /// Gives the writer of a format that declares at the root and nowhere else all that the document uses: one alias for
+  /// each namespace, a new one where FindAlias has none, and the root's default if it holds for all elements.
+  void DeclareAtRoot(OvXmlLib16::CXmlWriter& writer) const;
+
  private:
-  class Survey;
+  class TextSurvey;
+  class TreeSurvey;
 
   void Add(WString alias, WString uri);
 
   std::vector<Declaration> m_declarations;
   std::set<std::pair<WString, WString>> m_seen;
   WString m_rootDefault;
+  bool m_leavesDefault = false;  // an element below a default namespace has none
+  std::set<WString> m_prefixed;  // URIs that a prefix stands for somewhere
   std::map<WString, WString> m_aliases;
   std::set<WString> m_taken;
   std::vector<Declaration> m_further;

@@ -14,6 +14,7 @@ namespace ovxml {
 namespace {
 
 using OvXmlLib16::EOLType;
+using OvXmlLib16::JsonRoundTrip;
 using OvXmlLib16::XmlEncoding;
 
 constexpr const char* kExamples = R"(Examples:
@@ -21,6 +22,10 @@ constexpr const char* kExamples = R"(Examples:
   ovxml convert in.xml.gz > plain.xml          gzip and zlib input is recognised
   ovxml convert in.xml -o out.xml.gz           an ending .gz asks for gzip
   curl URL | ovxml convert - --encoding utf16 --eol crlf -o out.xml
+  ovxml convert in.xml -o out.json             the ending tells the format
+  ovxml convert list.json --root list -o out.xml
+  ovxml convert in.xml -o out.fi               Fast Infoset, the binary form of XML
+  ovxml fi-dump out.fi                         octet by octet
   ovxml info big.xml                           root, namespaces, counts, speed
   ovxml check --untrusted *.xml                well-formed, and within strict limits?
 
@@ -29,6 +34,10 @@ Exit codes: 0 done, 1 bad input, 2 usage, 3 input or output failed, 4 a limit wa
 const std::map<std::string, XmlEncoding> kEncodings = {{"utf8", OvXmlLib16::XmlEncoding_UTF8},
                                                        {"utf16", OvXmlLib16::XmlEncoding_UTF16}};
 const std::map<std::string, EOLType> kLineEnds = {{"lf", OvXmlLib16::EOLType_LF}, {"crlf", OvXmlLib16::EOLType_CRLF}};
+
+const std::map<std::string, JsonRoundTrip> kJsonModes = {{"full", OvXmlLib16::RoundTripFull},
+                                                         {"attributes", OvXmlLib16::RoundTripAttributes},
+                                                         {"none", OvXmlLib16::RoundTripNone}};
 
 std::vector<std::string> NamesOf(const auto& map) {
   std::vector<std::string> names;
@@ -66,6 +75,9 @@ struct Raw {
   std::string indent;
   std::string encoding = "utf8";
   std::string eol = "lf";
+  std::string jsonMode = "full";
+  std::string root;
+  bool fiSuggested = false;
   WriteOptions write;
   bool noHeader = false;
 };
@@ -87,11 +99,24 @@ void AddCommon(CLI::App& command, Raw& raw) {
   command.add_flag("--no-doctype", raw.noDoctype, "Refuse a DOCTYPE")->group(group)->excludes(doctype);
 }
 
+void AddJson(CLI::App& command, Raw& raw) {
+  const std::string group = "JSON";
+  command
+      .add_option("--json-mode", raw.jsonMode,
+                  "What is told apart: full (default), attributes (no namespaces), none (attributes as elements)")
+      ->check(CLI::IsMember(NamesOf(kJsonModes)).description(""))
+      ->group(group)
+      ->type_name("MODE");
+  command.add_option("--root", raw.root, "Read JSON as the content of an element of this name")
+      ->group(group)
+      ->type_name("NAME");
+}
+
 CLI::App& AddConvert(CLI::App& app, Raw& raw) {
   CLI::App& command = *app.add_subcommand("convert", "Write a document anew");
   command.add_option("IN", raw.inputs, "File to read, - for standard input")->required()->expected(1)->type_name("");
   command.add_option("-o,--output", raw.output, "File to write, - for standard output (default)")->type_name("FILE");
-  command.add_option("--to", raw.to, "Format to write (default: by the ending of FILE): xml")
+  command.add_option("--to", raw.to, "Format to write (default: by the ending of FILE): xml, json or fi")
       ->check(CheckFormat)
       ->type_name("FORMAT");
   command.add_flag("--format", raw.write.formatted, "Put each element on a line of its own");
@@ -106,6 +131,8 @@ CLI::App& AddConvert(CLI::App& app, Raw& raw) {
       ->check(CLI::IsMember(NamesOf(kLineEnds)).description(""))
       ->type_name("EOL");
   command.add_flag("--gzip", raw.write.gzip, "Compress, as a FILE that ends in .gz does");
+  command.add_flag("--fi-suggested", raw.fiSuggested, "Fast Infoset: typed values in binary (text stays text)");
+  AddJson(command, raw);
   AddCommon(command, raw);
   return command;
 }
@@ -113,6 +140,7 @@ CLI::App& AddConvert(CLI::App& app, Raw& raw) {
 CLI::App& AddInfo(CLI::App& app, Raw& raw) {
   CLI::App& command = *app.add_subcommand("info", "Tell what a document is made of");
   command.add_option("FILE", raw.inputs, "File to read, - for standard input")->required()->expected(1)->type_name("");
+  AddJson(command, raw);
   AddCommon(command, raw);
   return command;
 }
@@ -120,6 +148,14 @@ CLI::App& AddInfo(CLI::App& app, Raw& raw) {
 CLI::App& AddCheck(CLI::App& app, Raw& raw) {
   CLI::App& command = *app.add_subcommand("check", "Tell of each file whether it is well-formed");
   command.add_option("FILE", raw.inputs, "Files to read, - for standard input")->required()->type_name("");
+  AddJson(command, raw);
+  AddCommon(command, raw);
+  return command;
+}
+
+CLI::App& AddFiDump(CLI::App& app, Raw& raw) {
+  CLI::App& command = *app.add_subcommand("fi-dump", "Tell what the octets of a Fast Infoset document mean");
+  command.add_option("FILE", raw.inputs, "File to read, - for standard input")->required()->expected(1)->type_name("");
   AddCommon(command, raw);
   return command;
 }
@@ -131,6 +167,9 @@ CommonOptions CommonOf(const Raw& raw) {
     if (raw.limits[i]) Limits()[i].set(common.context, *raw.limits[i]);
   }
   if (raw.doctype || raw.noDoctype) common.context.SetAllowDoctype(raw.doctype);
+  OvXmlLib16::CJsonContext& json = *common.context.GetJsonContext();
+  json.SetSupportRoundtrip(kJsonModes.at(raw.jsonMode));
+  json.SetRootElementName(OvXmlLib16::ToWide(raw.root).c_str());
   common.quiet = raw.quiet;
   if (raw.progress) common.progress = Progress::Wish::kAlways;
   if (raw.quiet) common.progress = Progress::Wish::kNever;
@@ -141,6 +180,7 @@ ConvertOptions ConvertOf(const Raw& raw) {
   ConvertOptions options{CommonOf(raw), raw.inputs.front(), raw.output, FindFormat(raw.to), raw.write};
   if (options.format == nullptr) options.format = &FormatOfName(options.output);
   if (!raw.indent.empty()) options.common.context.SetIndentChars(IndentOf(raw.indent).c_str());
+  if (raw.fiSuggested) options.common.context.GetFIContext()->SetSuggestedValues();
   options.write.formatted |= !raw.indent.empty();
   options.write.gzip |= IsGZipName(options.output);
   options.write.header = !raw.noHeader;
@@ -152,13 +192,14 @@ ConvertOptions ConvertOf(const Raw& raw) {
 }  // namespace
 
 Command ParseCommandLine(int argc, char** argv) {
-  CLI::App app("Reads XML documents of any size and writes them anew, tells what is in them, or checks them.", "ovxml");
+  CLI::App app("Converts XML, JSON and Fast Infoset documents, tells what is in them, or checks them.", "ovxml");
   app.set_version_flag("--version", "ovxml " OVXML_VERSION);
   app.require_subcommand(1);
   app.footer(kExamples);
   Raw raw;
   const CLI::App& convert = AddConvert(app, raw);
   const CLI::App& info = AddInfo(app, raw);
+  const CLI::App& fiDump = AddFiDump(app, raw);
   AddCheck(app, raw);
   try {
     app.parse(argc, argv);
@@ -169,6 +210,7 @@ Command ParseCommandLine(int argc, char** argv) {
   }
   if (convert.parsed()) return ConvertOf(raw);
   if (info.parsed()) return InfoOptions{CommonOf(raw), raw.inputs.front()};
+  if (fiDump.parsed()) return FiDumpOptions{CommonOf(raw), raw.inputs.front()};
   return CheckOptions{CommonOf(raw), raw.inputs};
 }
 

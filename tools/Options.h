@@ -13,7 +13,7 @@ namespace ovxml {
 
 /// What every command heeds.
 struct CommonOptions {
-  OvXmlLib16::CSerializationContext context;  ///< with the limits, and the indentation
+  OvXmlLib16::CSerializationContext context;  ///< with the limits, the indentation and the form of JSON
   Progress::Wish progress = Progress::Wish::kAuto;
   bool quiet = false;
 };
@@ -35,9 +35,14 @@ struct CheckOptions {
   std::vector<std::string> inputs;
 };
 
+struct FiDumpOptions {
+  CommonOptions common;
+  std::string input;
+};
+
 /// The command that was asked for, or the exit code when there is nothing left to do: help was printed, or a message on
 /// what is wrong with the command line.
-using Command = std::variant<int, ConvertOptions, InfoOptions, CheckOptions>;
+using Command = std::variant<int, ConvertOptions, InfoOptions, CheckOptions, FiDumpOptions>;
 
 Command ParseCommandLine(int argc, char** argv);
 

@@ -14,6 +14,7 @@ struct Run {
   int operator()(const ConvertOptions& options) const { return Convert(options); }
   int operator()(const InfoOptions& options) const { return Info(options); }
   int operator()(const CheckOptions& options) const { return Check(options); }
+  int operator()(const FiDumpOptions& options) const { return FiDump(options); }
 };
 
 int RunCommand(int argc, char** argv) {
@@ -24,7 +25,7 @@ int RunCommand(int argc, char** argv) {
     PrintError(failure.line);
     return failure.code;
   } catch (const OvXmlLib16::COvException& exception) {
-    PrintError(OvXmlLib16::ToUtf8(exception.GetFullMessage()));
+    PrintError(MessageOf(exception));
     return kBadInput;
   } catch (const std::bad_alloc&) {
     PrintError("there is not enough memory");

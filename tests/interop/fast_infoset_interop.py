@@ -118,6 +118,7 @@ class Ovxml:
         run(self._program, "convert", xml, "--to", "fi", *self.WRITERS[writer], "-o", infoset)
 
     def read(self, infoset, xml):
+        run(self._program, "fi-dump", infoset)  # knows by itself what there is
         run(self._program, "convert", infoset, "--to", "xml", "-o", xml)
 
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Runs the program ovxml as a user would. Usage: ovxml_test.py OVXML [unittest arguments]"""
 import gzip
+import json
 import os
 import pathlib
 import shutil
@@ -14,12 +15,17 @@ import unittest
 import xml.etree.ElementTree as ET
 from xml.parsers import expat
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
-from xml_documents import Outline, documents, dump, without_external_dtd, without_white_space  # noqa: E402
+TESTS = pathlib.Path(__file__).resolve().parent.parent
+sys.path[:0] = [str(TESTS / "support"), str(TESTS / "interop")]
+from fast_infoset_interop import carriage_return, text_place  # noqa: E402
+from hard_documents import HARD  # noqa: E402
+from xml_documents import (Outline, documents, dump, map_text, without_external_dtd,  # noqa: E402
+                           without_white_space)
 
 PROGRAM = os.path.abspath(sys.argv.pop(1))
 HEADER = '<?xml version="1.0" encoding="UTF-8"?>\n'
 PER_KIND = 3
+JSON_DEPTH = 45  # the library reads JSON to a depth of 100 values, and each element may be an array too
 
 
 def run(*arguments, stdin=b"", **options):
@@ -28,6 +34,116 @@ def run(*arguments, stdin=b"", **options):
 
 def canonical(option, data):
     return subprocess.run(["xmllint", "--nonet", option, "-"], input=data, capture_output=True, check=True).stdout
+
+
+def is_mixed(tree):
+    """Whether words stand beside child elements."""
+    _, _, text, children = tree
+    return bool(children) and any(t.strip() for t in [text, *(tail for _, tail in children)]) or any(
+        is_mixed(child) for child, _ in children)
+
+
+def depth_of(tree):
+    return 1 + max((depth_of(child) for child, _ in tree[3]), default=0)
+
+
+def as_json_keeps(tree):
+    """White space removed that stands alone beside children, and carriage returns, which reading JSON drops."""
+    def without_returns(node):
+        tag, attributes, text, children = node
+        return (tag, [(name, value.replace("\r", "")) for name, value in attributes], text,
+                [(without_returns(child), tail) for child, tail in children])
+    return without_returns(map_text(tree, lambda text, beside: "" if beside and not text.strip() else text))
+
+
+# What the listing of a Fast Infoset document must tell: octets and their meaning, here of every form there is.
+EVERY_FORM = """
+E0000001 identification, version 1 (12.6)
+7F document, optional components (C.2.3)
+00 additional data: 1
+0075 identifier "u"
+010102 data, octets: 2
+0FFF initial vocabulary (C.2.5)
+00 restricted alphabets: 1
+02616263 alphabet 16: "abc"
+00 encoding algorithms: 1
+0076 algorithm 32: "v"
+00 prefix entries: 1
+0070 prefix 2: "p"
+00 namespace entries: 1
+0075 namespace 2: "u"
+01 local name entries: 2
+0061 local name 1: "a"
+0078 local name 2: "x"
+00 other name entries: 1
+006E other name 1: "n"
+00 other URI entries: 1
+0073 other URI 1: "s"
+00 attribute value entries: 1
+0076 attribute value 1: "v" in UTF-8
+00 text entries: 1
+0074 text 1: "t" in UTF-8
+00 other string entries: 1
+006F other string 1: "o" in UTF-8
+00 element name entries: 1
+03010100 element name 1: "p:a"
+00 attribute name entries: 1
+0001 attribute name 1: "x"
+C3 notation (C.11)
+80 name 1: "n"
+80 system identifier 1: "s"
+80 public identifier 1: "s"
+F0 end of the notations
+D1 unparsed entity (C.10)
+80 name 1: "n"
+80 system identifier 1: "s"
+80 public identifier 1: "s"
+80 notation 1: "n"
+F0 end of the unparsed entities
+045554462D38 character encoding scheme "UTF-8"
+01 standalone: yes
+42312E30 version 2: "1.0" in UTF-8
+C7 document type declaration (C.9)
+80 system identifier 1: "s"
+80 public identifier 1: "s"
+E1 processing instruction (C.5)
+80 target 1: "n"
+80 content 1: "o"
+F0 end of the declaration
+E2 comment (C.8)
+0063 content "c" in UTF-8
+78 element, attributes, namespace attributes (C.3)
+CF namespace attribute, prefix, namespace
+81 prefix 2: "p"
+81 namespace 2: "u"
+CC namespace attribute
+F0 end of the namespace attributes
+00 name 1: "p:a"
+00 attribute, name 1: "x"
+FF value, empty
+78 attribute, name 2: as follows
+0079 local name 3: "y"
+80 value 1: "v"
+F0 end of the attributes
+A0 text 1: "t"
+8C0A01FFFE0001 text "-2 1" in algorithm 3, short
+8C0E0100000005 text "5" in algorithm 4, int
+8C1438 text "true" in algorithm 6, boolean
+8C1A013FC00000 text "1.5" in algorithm 7, float
+8806022001A01A01 text "2001-01-01" in alphabet 2, date and time
+883C1B text "abc" in alphabet 16
+8500E9 text "é" in UTF-16BE
+E1 processing instruction (C.5)
+80 target 1: "n"
+80 content 1: "o"
+C8 entity reference (C.6)
+80 name 1: "n"
+3C element, name 2: as follows
+80 local name 1: "a"
+FF end of the element and of the element
+F0 end of the document
+00 behind the end of the document
+"""
 
 
 class OvxmlTest(unittest.TestCase):
@@ -118,6 +234,133 @@ class OvxmlTest(unittest.TestCase):
                 self.assertEqual(canonical(option, result.stdout), canonical(option, outline.bare))
             compared.append(path)
         self.assertGreaterEqual(len(compared), 8, compared)
+
+    def there_and_back(self, path, *options):
+        """The document in the format that the options ask for, and what is made of it again."""
+        there = run("convert", path, *options)
+        self.assertEqual((there.returncode, there.stderr), (0, b""))
+        back = run("convert", "-", "--to", "xml", stdin=there.stdout)
+        self.assertEqual((back.returncode, back.stderr), (0, b""))
+        return there.stdout, carriage_return(dump(back.stdout))
+
+    def test_documents_survive_other_formats(self):
+        compared = 0
+        made = [self.file(data, f"{name}.xml") for name, data in HARD.items()]
+        for path in [*documents(PER_KIND), *made]:
+            try:
+                original = carriage_return(dump(pathlib.Path(path).read_bytes()))
+            except ET.ParseError:
+                continue
+            with self.subTest(path):
+                infoset, back = self.there_and_back(path, "--to", "fi")
+                self.assertEqual(back, text_place(original))
+                if is_mixed(original) or depth_of(original) > JSON_DEPTH:
+                    continue
+                text, back = self.there_and_back(path, "--to", "json")
+                json.loads(text)
+                self.assertEqual(as_json_keeps(back), as_json_keeps(original))
+                compared += 1
+        self.assertGreaterEqual(compared, 15)
+
+    def test_writes_json(self):
+        source = ('<a xmlns="u" xmlns:q="v"><q:b c="1" q:d="2">x</q:b> <e/><e>y\n"</e><q:b/><e xmlns=""/>\n<e>z</e><e/>'
+                  "one <q:e/><e><f>1</f><f>2</f></e> two</a>")
+        rows = [
+            ([], '{"ns1:a": {"@xmlns:ns1": "u","@xmlns:q": "v","q:b": {"@c": "1","@q:d": "2","#text": "x"},'
+                 r'"ns1:e": [null,"y\n\""],"q:b": null,"e": null,"ns1:e": ["z",null],"q:e": null,'
+                 '"ns1:e": {"ns1:f": ["1","2"]},"#text": "one  two"}}'),
+            (["--json-mode", "attributes"], r'{"a": {"b": {"@c": "1","@d": "2","#text": "x"},"e": [null,"y\n\""],'
+             '"b": null,"e": [null,"z",null,null,{"f": ["1","2"]}],"#text": "one  two"}}'),
+            (["--json-mode", "none"], r'{"a": {"b": {"c": "1","d": "2","": "x"},"e": [null,"y\n\""],'
+             '"b": null,"e": [null,"z",null,null,{"f": ["1","2"]}],"": "one  two"}}'),
+        ]
+        path = self.file(source)
+        for options, expected in rows:
+            with self.subTest(options):
+                self.assertEqual(run("convert", path, "--to", "json", *options).stdout.decode(), expected)
+        self.assertEqual(run("convert", "-", "--to", "json", "--indent", "1", stdin=b"<a><b>1</b></a>").stdout.decode(),
+                         '{\n "a": {\n  "b": "1"\n }\n}')
+
+    def test_reads_json(self):
+        rows = [  # roots, arrays, text beside elements, what XML would change in a value
+            ('{"a": {"@b": "1", "c": [1, {"d": true}, null], "#text": "t"}}', [],
+             '<a b="1"><c>1</c><c><d>true</d></c><c/>t</a>'),
+            (' // a list\n[1, {"b": 2}]', ["--root", "r"], None),
+            ('{"a": 1, "b": {"@c": 2}}', ["--root", "r"], '<r><a>1</a><b c="2"/></r>'),
+            ('{"a": {"@b": "x"}}', ["--json-mode", "none"], None),
+            ('{"a": {"b": "x"}}', ["--json-mode", "none", "--root", "r"], "<r><a><b>x</b></a></r>"),
+            ('{"p:a": {"@xmlns:p": "u", "@p:b": "\\t\\n\\"<"}}', [],
+             '<p:a xmlns:p="u" \np:b="&#9;&#10;&quot;&lt;"\n/>'),
+            ('{"a": {"b": "\\n\\t", "c": {"d": 1}, "#text": "\\n\\t words \\t"}}', [],
+             "<a><b>\n\t</b><c><d>1</d></c>\n\t words \t</a>"),
+        ]
+        for source, options, expected in rows:
+            with self.subTest(source):
+                result = run("convert", "-", "--to", "xml", "--no-header", *options, stdin=source.encode())
+                if expected is None:
+                    self.check(result, 1)
+                else:
+                    self.assertEqual((result.stdout.decode(), result.stderr), (expected, b""))
+        path = self.file("12", "value.json")
+        self.assertEqual(run("convert", path, "--root", "n", "--no-header").stdout, b"<n>12</n>")
+        out = self.folder / "out.json.gz"
+        run("convert", "-", "-o", out, stdin=b"<a>" + b"<b>text</b>" * 100 + b"</a>")
+        self.assertEqual(json.loads(gzip.decompress(out.read_bytes())), {"a": {"b": ["text"] * 100}})
+        self.assertEqual(run("check", out, "-q").returncode, 0)
+
+    def test_tells_and_checks_other_formats(self):
+        infoset, jason = self.folder / "a.fi", self.folder / "a.json"
+        for path in (infoset, jason):
+            run("convert", "-", "-o", path, stdin=b'<p:a xmlns:p="u" b="">t<c d="1"/></p:a>')
+        for path, title, encoding in [(infoset, "Fast Infoset", "binary"), (jason, "JSON", "UTF-8")]:
+            lines = run("info", path).stdout.decode().splitlines()
+            self.assertEqual([line[14:] for line in lines[:-1]], [
+                title, "none", encoding, f"{path.stat().st_size} bytes", "a in u", "p = u", "2", "2", "2",
+                "1 characters"])
+        octets = infoset.read_bytes()
+        rows = [  # the place in JSON, no place in what is made of it, the octet in Fast Infoset
+            ('{"a": {\n "b": tru}}', ":2:10: Expected 'true'. Path: $.b.a"),
+            ('{"a": 1, "b": 2}', ": junk after document element"),
+            (r'{"a": "\ud800"}', ": Failed to convert value '?'"),
+            ('{"p:a": 1}', ": unbound prefix"), ('{"a b": 1}', ": Failed to convert name 'a b'"),
+            (octets[:-3], ": Failed to parse FastInfoset. Unexpected End of File. Octet"),
+        ]
+        for content, message in rows:
+            path = self.file(content, "bad")
+            result = run("check", path)
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(f"{path}{message}", result.stdout.decode())
+            self.check(run("convert", path), 1, message)
+        self.check(run("check", jason, "--max-depth", "1"), 4, "--max-depth")
+        self.check(run("info", infoset, "--max-depth", "1"), 4, "--max-depth")
+        self.check(run("info", jason, "--max-input", "9"), 4, "--max-input")
+        self.check(run("info", self.file("<a/>"), "--root", "r"), 2, "--root")
+
+    def test_keeps_prefixes_that_values_use_in_fast_infoset(self):
+        source = b'<a xmlns="u" xmlns:p="v" xmlns:q="w" b="p:T">q:x/@c</a>'
+        self.assertEqual(self.there_and_back(self.file(source), "--to", "fi")[1], dump(source))
+        infoset = run("convert", "-", "--to", "fi", "--fi-suggested", stdin=source).stdout
+        self.assertEqual(run("convert", "-", "--no-header", stdin=infoset).stdout, source)
+
+    def test_lists_the_octets_of_fast_infoset(self):
+        rows = [line.split(" ", 1) for line in EVERY_FORM.strip().splitlines()]
+        octets = bytes.fromhex("".join(row[0] for row in rows))
+        result = run("fi-dump", self.file(octets, "a.fi"))
+        self.assertEqual((result.returncode, result.stderr), (0, b""))
+        listed, offset = result.stdout.decode().splitlines(), 0
+        for (expected, meaning), line in zip(rows, listed, strict=True):
+            self.assertEqual((int(line[:8]), line[9:34].replace(" ", ""), line[34:].strip()),
+                             (offset, expected, meaning))
+            offset += len(expected) // 2
+        self.assertEqual(run("fi-dump", "-", stdin=gzip.compress(octets)).stdout, result.stdout)
+
+        for length in range(len(octets) - 1):  # the last stands behind the document
+            cut = run("fi-dump", "-", stdin=octets[:length])
+            self.check(cut, 1, f" of {length}.")
+            printed = cut.stdout.decode().splitlines()
+            self.assertEqual(printed[:-1], listed[:max(0, len(printed) - 1)])
+        for place in range(0, len(octets), 3):
+            self.assertIn(run("fi-dump", "-", stdin=octets[:place] + b"\xee" + octets[place + 1:]).returncode, (0, 1))
 
     def test_reads_and_writes_compressed_files(self):
         source = ("<a>" + "<b>text</b>" * 100 + "</a>").encode()
