@@ -98,8 +98,8 @@ std::uint32_t NameIndex::Search(WStringView local, WStringView ns, WStringView p
   // One name after the other is in the same namespace.
   const NameEntry* last = GetEntries().empty() ? nullptr : &GetEntries().back();
   entry.local = Kept(local, pool);
-  entry.ns = last != nullptr && NameEntry::IsSamePart(last->ns, ns) ? last->ns : Kept(ns, pool);
-  entry.prefix = last != nullptr && NameEntry::IsSamePart(last->prefix, prefix) ? last->prefix : Kept(prefix, pool);
+  entry.ns = last != nullptr && AreSame(last->ns, ns) ? last->ns : Kept(ns, pool);
+  entry.prefix = last != nullptr && AreSame(last->prefix, prefix) ? last->prefix : Kept(prefix, pool);
   Add(entry);
   return static_cast<std::uint32_t>(GetEntries().size());
 }

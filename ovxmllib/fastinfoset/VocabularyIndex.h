@@ -51,11 +51,7 @@ struct TextEntry {
 struct NameEntry {
   NameEntry(WStringView local, WStringView ns, WStringView prefix);
   bool IsName(WStringView local_, WStringView ns_, WStringView prefix_) const noexcept {
-    return AreSame(local, local_) && IsSamePart(ns, ns_) && IsSamePart(prefix, prefix_);
-  }
-  // Most names have no prefix; to compare nothing through a null pointer costs a hundred times what it looks like.
-  static bool IsSamePart(WStringView a, WStringView b) noexcept {
-    return a.size() == b.size() && (a.empty() || AreSame(a, b));
+    return AreSame(local, local_) && AreSame(ns, ns_) && AreSame(prefix, prefix_);
   }
   bool operator==(const NameEntry& other) const noexcept { return IsName(other.local, other.ns, other.prefix); }
 
