@@ -14,7 +14,7 @@ class CTextStream;
 /// Writes a whole document to a stream, from its opening to its closing.
 using DocumentWriter = std::function<void(CTextStream&)>;
 
-/// The bytes of what `write` writes, compressed if asked.
+/// The bytes of what `write` writes, compressed if asked. With std::cref around `write`, nothing is allocated for it.
 CBinaryData WriteToBytes(XmlEncoding encoding, CompressionType compression, const DocumentWriter& write);
 
 /// Makes a file of a document, in place of one that is there: straight from `write` where AsyncToXmlFile says so and

@@ -10,6 +10,7 @@
 
 #include "ovxmllib/document/NodePool.h"
 #include "ovxmllib/document/SharedName.h"
+#include "ovxmllib/foundation/KeptNames.h"
 #include "ovxmllib/foundation/WideString.h"
 
 namespace OvXmlLib16 {
@@ -20,6 +21,9 @@ struct ExpandedName {
   const WString* namespaceURI;  ///< never null; not owned
   WString localName;
   SharedNameSlot shared = {};  ///< for objects that outlive the document
+  /// What LookForKeptName finds, or null: what metadata compare with.
+  const std::size_t* keptNamespace = LookForKeptName(*namespaceURI);
+  const std::size_t* keptLocalName = LookForKeptName(localName);
 };
 
 /// Finds the ExpandedName of a name as the parser reports it: namespace URI, '|' and local name in UTF-8, or the name

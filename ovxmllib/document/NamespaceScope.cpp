@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "ovxmllib/document/WellKnownNamespaces.h"
+#include "ovxmllib/foundation/KeptNames.h"
+
 namespace OvXmlLib16 {
 
 namespace {
@@ -17,6 +20,11 @@ WString AliasOfNumber(std::size_t number) {
   return alias;
 }
 
+const WString& XmlAlias() noexcept {
+  static const WString alias = u"xml";
+  return alias;
+}
+
 auto LowerBound(auto& entries, WStringView uri) {
   return std::lower_bound(
       entries.begin(), entries.end(), uri,
@@ -25,11 +33,18 @@ auto LowerBound(auto& entries, WStringView uri) {
 
 }  // namespace
 
+void NamespaceScope::SetDefaultNamespace(WStringView uri) {
+  m_keptDefault = nullptr;
+  m_defaultNamespace = uri;
+  m_keptDefault = FindKeptName(uri);
+}
+
 const WString* NamespaceScope::FindAlias(WStringView uri) const noexcept {
   // One name after the other is in the same namespace.
   if (m_lastFound >= m_entries.size() || !AreSame(m_entries[m_lastFound].uri, uri)) {
     const auto found = LowerBound(m_entries, uri);
-    if (found == m_entries.end() || !AreSame(found->uri, uri)) return nullptr;
+    if (found == m_entries.end() || !AreSame(found->uri, uri))
+      return AreSame(uri, kXmlNamespace) ? &XmlAlias() : nullptr;
     m_lastFound = static_cast<std::size_t>(found - m_entries.begin());
   }
   const WString& alias = m_entries[m_lastFound].alias;

@@ -15,6 +15,7 @@ namespace OvXmlLib16 {
 class CXmlAttribute;
 class CXmlDocument;
 class DocumentTree;
+class PreparedName;
 class SharedName;
 struct ExpandedName;
 
@@ -43,6 +44,8 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   const WString& GetNamespaceURI() const noexcept;
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
   const WString& GetLocalName() const noexcept;
+  /// Whether it has this local name, and the namespace unless that is not to count.
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept;
 
   /// All character data of the element itself in document order, white space between child elements included, without
   /// any U+000D. A string is made at the first call.

@@ -4,16 +4,32 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "ovxmllib/foundation/TextStream.h"
+#include "ovxmllib/foundation/PlainRun.h"
 #include "ovxmllib/foundation/WideString.h"
 
 namespace OvXmlLib16 {
 
-/// How characters go out in one kind of place. U+000D goes out nowhere; what XML 1.0 does not allow at all
-/// (section 2.2) is refused.
+/// How characters go out in one kind of place, for MarkupRun and WriteEscaped. U+000D goes out nowhere; what XML 1.0
+/// does not allow at all (section 2.2), and an unpaired surrogate, throws COvInvalidValueException; what stands before
+/// it may have been written.
 struct EscapeRules {
   std::uint64_t special;  ///< a bit for each character below U+0040 that does not go out as it is
   WStringView lineFeed;   ///< what U+000A becomes
+
+  /// \name What plainrun::PutEscaped asks
+  /// \{
+  // One bit makes a quotation mark an ampersand, and one makes `<` a `>`.
+  template <class Units>
+  Units FindOdd(const Units& units) const noexcept {
+    using plainrun::Each;
+    return (units < Each<Units>(0x20)) | ((units | Each<Units>('"' ^ '&')) == Each<Units>('&')) |
+           ((units | Each<Units>('<' ^ '>')) == Each<Units>('>'));
+  }
+  bool IsPlain(WChar c) const noexcept { return c >= 0x40 || ((special >> c) & 1) == 0; }
+  WStringView Replace(WStringView text, std::size_t i) const;
+  bool IsAllowed(WChar c) const noexcept { return c < 0xFFFE; }
+  [[noreturn]] void Refuse(WStringView text, std::size_t i) const;
+  /// \}
 };
 
 namespace escape_detail {
@@ -34,16 +50,19 @@ inline constexpr EscapeRules kEscapeTextCrLf = {escape_detail::SpecialCharacters
 /// Attribute values between double quotes. A line feed becomes a reference, since the parser would make it a blank.
 inline constexpr EscapeRules kEscapeAttribute = {escape_detail::SpecialCharacters(u"&<>\""), u"&#xA;"};
 
-/// Writes `text` by the rules, between markup that goes out as it is. Throws COvInvalidValueException at a character
-/// that XML does not allow and at an unpaired surrogate; what stands before it may have been written.
-void WriteEscaped(CTextStream& stream, WStringView before, WStringView text, WStringView after,
-                  const EscapeRules& rules);
+/// For formats that escape nothing: what XML does not allow is refused as above.
+struct CharacterRules {
+  template <class Units>
+  Units FindOdd(const Units& units) const noexcept {
+    return units < plainrun::Each<Units>(0x20);
+  }
+  bool IsPlain(WChar c) const noexcept { return c >= 0x20 || c == u'\t' || c == u'\n' || c == u'\r'; }
+  WStringView Replace(WStringView text, std::size_t i) const { Refuse(text, i); }
+  bool IsAllowed(WChar c) const noexcept { return c < 0xFFFE; }
+  [[noreturn]] void Refuse(WStringView text, std::size_t i) const { kEscapeTextLf.Refuse(text, i); }
+};
 
-/// Copies the run that `text` begins with and that goes out as it is to `out`, which has room for all of `text`, and
-/// returns its length. What stands behind it has to be escaped or refused.
-std::size_t CopyUnescaped(WChar* out, WStringView text, const EscapeRules& rules);
-
-/// Throws as WriteEscaped does, and writes nothing.
+/// Throws as the rules do, and writes nothing.
 void CheckCharacters(WStringView text);
 
 }  // namespace OvXmlLib16

@@ -1,5 +1,7 @@
 // The entry points of bound objects for XML.
 
+#include <functional>
+
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
 #include "ovxmllib/document/DocumentOutput.h"
@@ -91,8 +93,8 @@ WString CXmlObjectBase::ToXml(bool header, bool formatted, EOLType eol, const CS
 
 CBinaryData CXmlObjectBase::ToXmlStream(bool header, bool formatted, XmlEncoding encoding, EOLType eol,
                                         const CSerializationContext& context, CompressionType compression) const {
-  return WriteToBytes(encoding, compression,
-                      [&](CTextStream& stream) { WriteDocument(stream, header, formatted, eol, context); });
+  const auto write = [&](CTextStream& stream) { WriteDocument(stream, header, formatted, eol, context); };
+  return WriteToBytes(encoding, compression, std::cref(write));
 }
 
 void CXmlObjectBase::ToXmlFile(const WChar* file, bool header, bool formatted, XmlEncoding encoding, EOLType eol,

@@ -2,63 +2,22 @@
 
 #include <algorithm>
 #include <cassert>
+#include <type_traits>
 #include <utility>
 
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/MarkupRun.h"
 #include "ovxmllib/document/WellKnownNamespaces.h"
 #include "ovxmllib/document/XmlWriterContext.h"
-#include "ovxmllib/foundation/UnitCopy.h"
 
 namespace OvXmlLib16 {
 
 namespace {
 
 constexpr std::size_t kFlushThreshold = 4096;  // code units
-constexpr std::size_t kShortText = 1024;       // fits into a block of the stream with all that stands around it
 
 constexpr WStringView kSectionStart = u"<![CDATA[";
 constexpr WStringView kSectionEnd = u"]]>";
-
-// Markup put together in place: one check for room for all its pieces.
-class MarkupRun {
- public:
-  /// `bound` is what may be written at most.
-  MarkupRun(CTextStream& stream, std::size_t bound) : m_stream(stream), m_end(stream.Reserve(bound + kRoomySlack)) {}
-  MarkupRun(const MarkupRun&) = delete;
-  MarkupRun& operator=(const MarkupRun&) = delete;
-  ~MarkupRun() { m_stream.Commit(m_end); }
-
-  MarkupRun& operator<<(WChar unit) noexcept {
-    *m_end++ = unit;
-    return *this;
-  }
-  MarkupRun& operator<<(WStringView text) noexcept {
-    m_end = CopyUnits(m_end, text);
-    return *this;
-  }
-  MarkupRun& CopyOwn(WStringView roomy) noexcept {
-    m_end = CopyRoomy(m_end, roomy);
-    return *this;
-  }
-  MarkupRun& Put(WStringView few) noexcept {
-    m_end = PutUnits(m_end, few);
-    return *this;
-  }
-  MarkupRun& PutName(WStringView prefix, WStringView local) noexcept {
-    if (!prefix.empty()) *this << prefix << u':';
-    return *this << local;
-  }
-  /// As CopyUnescaped.
-  std::size_t PutText(WStringView text, const EscapeRules& rules) {
-    const std::size_t copied = CopyUnescaped(m_end, text, rules);
-    m_end += copied;
-    return copied;
-  }
-
- private:
-  CTextStream& m_stream;
-  WChar* m_end;
-};
 
 bool IsSectionStart(WStringView text) { return text[0] == u'<' && text.starts_with(kSectionStart); }
 
@@ -68,10 +27,27 @@ inline WStringView CXmlTextWriter::GetLineEnd() const noexcept {
   return m_bFormatted ? WStringView(m_strEOL) : WStringView();
 }
 
-inline WStringView CXmlTextWriter::GetIndent(int depth) {
-  const std::size_t length = m_bFormatted ? static_cast<std::size_t>(depth) * m_strIndent.size() : 0;
-  if (m_indents.size() < length + kRoomySlack) GrowIndents(length);
-  return WStringView(m_indents).substr(0, length);
+void CXmlTextWriter::SetTagEnd() {
+  m_tagEnd.Set(!m_bFormatted ? u">" : m_eolType == EOLType_CRLF ? u">\r\n" : u">\n", {});
+}
+
+template <class Unit>
+std::basic_string_view<Unit> CXmlTextWriter::GetTagEnd() {
+  return m_tagEnd.Get<Unit>(0);
+}
+
+template <class Unit>
+std::basic_string_view<Unit> CXmlTextWriter::GetIndent(int depth) {
+  return m_indentation.Get<Unit>(m_bFormatted ? depth : -1);
+}
+
+template <class Unit>
+std::basic_string<Unit>& CXmlTextWriter::GetEndTags() noexcept {
+  if constexpr (std::is_same_v<Unit, char>) {
+    return m_utf8EndTags;
+  } else {
+    return m_endTags;
+  }
 }
 
 // Bounds what the stream holds of text that is not encoded or on its way to the file yet.
@@ -89,6 +65,7 @@ CInstanceMonitor::ClassType& CXmlTextWriter::Record() {
 void CXmlTextWriter::SetFormatted(bool formatted) {
   assert(GetContext() == nullptr && "m_pContext == 0");
   m_bFormatted = formatted;
+  SetTagEnd();
 }
 
 void CXmlTextWriter::SetEOLType(EOLType eol) {
@@ -105,7 +82,10 @@ void CXmlTextWriter::SetEOLType(EOLType eol) {
       throw COvException(u"Invalid EOL type.");
   }
   m_eolType = eol;
+  SetTagEnd();
 }
+
+void CXmlTextWriter::Write(WStringView text) { WriteUnescaped(*m_pStream, text); }
 
 void CXmlTextWriter::Open() {
   CXmlWriter::Open();
@@ -151,7 +131,7 @@ void CXmlTextWriter::WriteInlineSchema(WStringView text) {
 
 void CXmlTextWriter::CloseStartTag() {
   if (GetContext() == nullptr || !CountChild()) return;
-  m_pStream->Write(u'>');
+  Write(u">");
   Write(GetLineEnd());
 }
 
@@ -167,46 +147,51 @@ void CXmlTextWriter::WriteRawLine(WStringView text) {
   Write(GetLineEnd());
 }
 
-void CXmlTextWriter::StartElement(WStringView name, WStringView ns) {
+void CXmlTextWriter::StartElement(WStringView name, WStringView ns) { BeginElement(name, ns); }
+
+void CXmlTextWriter::StartPrepared(const PreparedName& name) { BeginElement(name, name.GetNamespace()); }
+
+template <class Name>
+void CXmlTextWriter::BeginElement(const Name& name, WStringView ns) {
   const bool isRoot = GetContext() == nullptr;
   const bool closesTag = !isRoot && CountChild();
   CXmlWriterContext& context = PushContext();
-  const bool hasPrefix = !ns.empty() && !AreSame(ns, context.GetDefaultNamespace());
+  const bool hasPrefix = !ns.empty() && !context.GetScope().IsDefault(NamespaceKey(name, ns));
   const WString* alias = hasPrefix ? context.GetNamespaceMapValue(ns) : nullptr;
   const bool declares = hasPrefix && alias == nullptr;
   if (declares) alias = &context.AddGeneratedAlias(ns);
   const WStringView prefix = alias == nullptr ? WStringView() : *alias;
-  PushTagName(context, prefix, name);
-  const WStringView lineEnd = GetLineEnd();
-  const WStringView indent = GetIndent(context.depth);
-  {
-    MarkupRun run(*m_pStream, lineEnd.size() + indent.size() + prefix.size() + name.size() + 3);
-    if (closesTag) (run << u'>').Put(lineEnd);
-    run.CopyOwn(indent) << u'<';
-    // Not copied from what was kept of it just now: the processor would wait for the pieces of it to come together.
-    run.PutName(prefix, name);
-  }
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) { PutStartTag<Unit>(context, closesTag, prefix, name); });
   if (declares) WriteDeclaration(u" xmlns:", *alias, ns);
   if (isRoot) DeclareDocumentScope();
   FlushIfDue();
 }
 
+template <class Unit, class Name>
+void CXmlTextWriter::PutStartTag(CXmlWriterContext& context, bool closesTag, WStringView prefix, const Name& name) {
+  const auto tagEnd = GetTagEnd<Unit>();
+  const auto indent = GetIndent<Unit>(context.depth);
+  {
+    MarkupRun<Unit> run(*m_pStream, tagEnd.size() + indent.size() + prefix.size() + TextOf(name).size() + 2, 0);
+    if (closesTag) run.PutKept(tagEnd);
+    (run.PutKept(indent) << '<').PutName(prefix, name);
+  }
+  KeepEndTag<Unit>(context, prefix, name);
+}
+
 // Keeps the qualified name for the end tag, with what ends the tag behind it: whatever happens to the scope in between,
 // the two are the same.
-void CXmlTextWriter::PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name) {
-  const std::size_t start = m_tagNamesEnd;
-  const std::size_t bound = start + alias.size() + name.size() + m_strEOL.size() + 2 + kRoomySlack;
-  if (bound > m_tagNames.size()) m_tagNames.resize(2 * bound);
-  WChar* end = m_tagNames.data() + start;
-  if (!alias.empty()) {
-    end = CopyUnits(end, alias);
-    *end++ = u':';
-  }
-  end = CopyUnits(end, name);
-  *end++ = u'>';
-  end = PutUnits(end, GetLineEnd());
-  context.nameStart = start;
-  m_tagNamesEnd = static_cast<std::size_t>(end - m_tagNames.data());
+template <class Unit, class Name>
+void CXmlTextWriter::KeepEndTag(CXmlWriterContext& context, WStringView prefix, const Name& name) {
+  const auto tagEnd = GetTagEnd<Unit>();
+  std::basic_string<Unit>& kept = GetEndTags<Unit>();
+  const std::size_t names = unicode::kMaxUtf8PerUnit * (prefix.size() + TextOf(name).size());
+  const std::size_t bound = m_endTagsLength + names + tagEnd.size() + 1 + kRoomySlack;
+  if (bound > kept.size()) kept.resize(2 * bound);
+  MarkupText<Unit> end(kept.data() + m_endTagsLength);
+  end.PutName(prefix, name).PutKept(tagEnd);
+  context.nameStart = m_endTagsLength;
+  m_endTagsLength = static_cast<std::size_t>(end.GetEnd() - kept.data());
 }
 
 void CXmlTextWriter::WriteDeclaration(WStringView start, WStringView alias, WStringView ns) {
@@ -254,25 +239,37 @@ void CXmlTextWriter::WriteTextWithSections(WStringView text) {
 }
 
 void CXmlTextWriter::EndElement() {
-  CXmlWriterContext* context = GetContext();
-  assert(context != nullptr && "m_pContext != 0");
-  const WStringView tagEnd(m_tagNames.data() + context->nameStart, m_tagNamesEnd - context->nameStart);
-  const WStringView lineEnd = GetLineEnd();
-  const WStringView indent = GetIndent(context->childCount != 0 ? context->depth : 0);
-  {
-    MarkupRun run(*m_pStream, indent.size() + tagEnd.size() + lineEnd.size() + 2);
-    if (context->bInStartTag) {
-      (run << u'/' << u'>').Put(lineEnd);
-    } else {
-      (run.CopyOwn(indent) << u'<' << u'/').CopyOwn(tagEnd);
-    }
-  }
-  m_tagNamesEnd = context->nameStart;
+  assert(GetContext() != nullptr && "m_pContext != 0");
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) { PutEndTag<Unit>(*GetContext()); });
+  m_endTagsLength = GetContext()->nameStart;
   PopContext();
   FlushIfDue();
 }
 
+template <class Unit>
+void CXmlTextWriter::PutEndTag(const CXmlWriterContext& context) {
+  const auto name =
+      std::basic_string_view<Unit>(GetEndTags<Unit>()).substr(context.nameStart, m_endTagsLength - context.nameStart);
+  const auto tagEnd = GetTagEnd<Unit>();
+  const auto indent = GetIndent<Unit>(context.childCount != 0 ? context.depth : 0);
+  MarkupRun<Unit> run(*m_pStream, indent.size() + name.size() + tagEnd.size() + 2, 0);
+  if (context.bInStartTag) {
+    (run << '/').PutKept(tagEnd);
+  } else {
+    (run.PutKept(indent) << '<' << '/').PutKept(name);
+  }
+}
+
 void CXmlTextWriter::WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType) {
+  PutAttribute(name, ns, value);
+}
+
+void CXmlTextWriter::WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType) {
+  PutAttribute(name, name.GetNamespace(), value);
+}
+
+template <class Name>
+void CXmlTextWriter::PutAttribute(const Name& name, WStringView ns, WStringView value) {
   CheckInStartTag();
   WStringView alias;
   if (!ns.empty()) {
@@ -281,13 +278,13 @@ void CXmlTextWriter::WriteAttribute(WStringView name, WStringView ns, WStringVie
     alias = known != nullptr ? *known : context.AddGeneratedAlias(ns);
     if (known == nullptr) WriteDeclaration(u" xmlns:", alias, ns);
   }
-  {
-    MarkupRun run(*m_pStream, alias.size() + name.size() + 2);
-    run << u' ';
-    if (!alias.empty()) run << alias << u':';
-    run << name;
-  }
-  WriteEscaped(*m_pStream, u"=\"", value, u"\"", kEscapeAttribute);
+  const bool isShort = value.size() <= kMostInRun;
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    MarkupRun<Unit> run(*m_pStream, alias.size() + TextOf(name).size() + 5, isShort ? value.size() : 0);
+    (run << ' ').PutName(alias, name);
+    if (isShort) (run << '=' << '"').PutText(value, kEscapeAttribute) << '"';
+  });
+  if (!isShort) WriteEscaped(*m_pStream, u"=\"", value, u"\"", kEscapeAttribute);
   FlushIfDue();
 }
 
@@ -301,50 +298,47 @@ void CXmlTextWriter::WriteXsiType(WStringView ns, WStringView typeName, ItemType
     alias = &context.AddGeneratedAlias(ns);
     WriteDeclaration(u" xmlns:", *alias, ns);
     // Deliberate: with the one that begins the attribute, two blanks follow a declaration.
-    m_pStream->Write(u' ');
+    Write(u" ");
   }
   WriteAttribute(u"type", kXsiNamespace, *alias + u':' + WString(typeName), type);
 }
 
 void CXmlTextWriter::WriteXsiNil() { WriteAttribute(u"nil", kXsiNamespace, u"true", ItemType_boolean); }
 
-// In one go, without opening a context: what is not plain takes the long way.
 void CXmlTextWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, ns, text)) CXmlWriter::WriteTextElement(name, ns, text, type);
+}
+
+void CXmlTextWriter::WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, name.GetNamespace(), text)) {
+    CXmlWriter::WriteTextElement(name.GetLocalName(), name.GetNamespace(), text, type);
+  }
+}
+
+// Without opening a context. False, with nothing written, for what is not plain, which has to take the long way.
+template <class Name>
+bool CXmlTextWriter::WriteInOneGo(const Name& name, WStringView ns, WStringView text) {
   const CXmlWriterContext* const parent = GetContext();
-  const bool isPlain = parent != nullptr && !text.empty() && text.size() <= kShortText && !IsSectionStart(text);
-  const bool hasPrefix = isPlain && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
+  if (parent == nullptr || text.empty() || text.size() > kMostInRun || IsSectionStart(text)) return false;
+  const bool hasPrefix = !ns.empty() && !parent->GetScope().IsDefault(NamespaceKey(name, ns));
   const WString* const alias = hasPrefix ? parent->GetNamespaceMapValue(ns) : nullptr;
-  if (!isPlain || (hasPrefix && alias == nullptr)) return CXmlWriter::WriteTextElement(name, ns, text, type);
+  if (hasPrefix && alias == nullptr) return false;
   const WStringView prefix = alias == nullptr ? WStringView() : *alias;
-  const WStringView lineEnd = GetLineEnd();
-  const WStringView indent = GetIndent(parent->depth + 1);
-  const bool closesTag = CountChild();
-  std::size_t copied;
-  {
-    MarkupRun run(*m_pStream, 2 * (lineEnd.size() + prefix.size() + name.size()) + indent.size() + text.size() + 8);
-    if (closesTag) (run << u'>').Put(lineEnd);
-    (run.CopyOwn(indent) << u'<').PutName(prefix, name) << u'>';
-    copied = run.PutText(text, *m_textRules);
-    if (copied == text.size()) ((run << u'<' << u'/').PutName(prefix, name) << u'>').Put(lineEnd);
-  }
-  if (copied != text.size()) {
-    WriteEscaped(*m_pStream, {}, text.substr(copied), {}, *m_textRules);
-    WriteEndTag(prefix, name);
-  }
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) { PutWholeElement<Unit>(prefix, name, text); });
   FlushIfDue();
+  return true;
 }
 
-void CXmlTextWriter::WriteEndTag(WStringView prefix, WStringView name) {
-  const WStringView lineEnd = GetLineEnd();
-  MarkupRun run(*m_pStream, prefix.size() + name.size() + lineEnd.size() + 4);
-  ((run << u'<' << u'/').PutName(prefix, name) << u'>').Put(lineEnd);
-}
-
-void CXmlTextWriter::GrowIndents(std::size_t length) {
-  const std::size_t wanted = 2 * length + kRoomySlack;
-  m_indents.clear();
-  while (!m_strIndent.empty() && m_indents.size() < wanted) m_indents += m_strIndent;
-  m_indents.resize(std::max(m_indents.size(), wanted));
+template <class Unit, class Name>
+void CXmlTextWriter::PutWholeElement(WStringView prefix, const Name& name, WStringView text) {
+  const auto tagEnd = GetTagEnd<Unit>();
+  const auto indent = GetIndent<Unit>(GetContext()->depth + 1);
+  const bool closesTag = CountChild();
+  const std::size_t markup = 2 * (tagEnd.size() + prefix.size() + TextOf(name).size()) + indent.size() + 6;
+  MarkupRun<Unit> run(*m_pStream, markup, text.size());
+  if (closesTag) run.PutKept(tagEnd);
+  ((run.PutKept(indent) << '<').PutName(prefix, name) << '>').PutText(text, *m_textRules);
+  (run << '<' << '/').PutName(prefix, name).PutKept(tagEnd);
 }
 
 }  // namespace OvXmlLib16

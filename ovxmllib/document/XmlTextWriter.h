@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <string_view>
 
+#include "ovxmllib/document/MarkupRun.h"
 #include "ovxmllib/document/XmlEscape.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/foundation/TextStream.h"
@@ -34,12 +37,9 @@ class CXmlTextWriter : public CXmlWriter {
   /// Whether each element stands on a line of its own, indented. Default true.
   void SetFormatted(bool formatted);
   bool GetFormatted() const noexcept { return m_bFormatted; }
-  /// One level of indentation. Default one tab.
-  void SetIndentChars(WStringView indent) {
-    m_strIndent = indent;
-    m_indents.clear();
-  }
-  const WString& GetIndentChars() const noexcept { return m_strIndent; }
+  /// One level of indentation. Default one tab. Throws COvInvalidValueException at an unpaired surrogate.
+  void SetIndentChars(WStringView indent) { m_indentation.Set({}, indent); }
+  const WString& GetIndentChars() const noexcept { return m_indentation.GetIndent(); }
   /// The line end of markup and of line feeds in text. Default EOLType_LF. Throws COvException "Invalid EOL type.".
   void SetEOLType(EOLType eol);
   EOLType GetEOLType() const noexcept { return m_eolType; }
@@ -58,37 +58,60 @@ class CXmlTextWriter : public CXmlWriter {
   void WriteProcessingInstruction(WStringView text) override;
   void WriteInlineSchema(WStringView text) override;
   void StartElement(WStringView name, WStringView ns) override;
+  void StartPrepared(const PreparedName& name) override;
   void WriteText(WStringView text, ItemType type) override;
   void EndElement() override;
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
+  void WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
   void WriteXsiNil() override;
   void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
+  void WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) override;
 
  private:
   static ClassType& Record();
 
-  void Write(WStringView text) { m_pStream->Write(text); }
+  void Write(WStringView text);
   WStringView GetLineEnd() const noexcept;
-  WStringView GetIndent(int depth);
-  void GrowIndents(std::size_t length);
+  void SetTagEnd();
+  template <class Unit>
+  std::basic_string_view<Unit> GetTagEnd();
+  template <class Unit>
+  std::basic_string<Unit>& GetEndTags() noexcept;
+  template <class Unit>
+  std::basic_string_view<Unit> GetIndent(int depth);
   bool CountChild() noexcept;
-  void PushTagName(CXmlWriterContext& context, WStringView alias, WStringView name);
-  void WriteEndTag(WStringView prefix, WStringView name);
+  template <class Name>
+  void BeginElement(const Name& name, WStringView ns);
+  template <class Unit, class Name>
+  void PutStartTag(CXmlWriterContext& context, bool closesTag, WStringView prefix, const Name& name);
+  template <class Unit, class Name>
+  void KeepEndTag(CXmlWriterContext& context, WStringView prefix, const Name& name);
+  template <class Unit>
+  void PutEndTag(const CXmlWriterContext& context);
+  template <class Name>
+  void PutAttribute(const Name& name, WStringView ns, WStringView value);
+  template <class Name>
+  bool WriteInOneGo(const Name& name, WStringView ns, WStringView text);
+  template <class Unit, class Name>
+  void PutWholeElement(WStringView prefix, const Name& name, WStringView text);
   void WriteDeclaration(WStringView start, WStringView alias, WStringView ns);
   void DeclareDocumentScope();
   void WriteTextWithSections(WStringView text);
   void FlushIfDue();
 
-  WString m_strIndent = u"\t";
   WString m_strEOL = u"\n";
   EOLType m_eolType = EOLType_LF;
   bool m_bFormatted = true;
   CTextStream* m_pStream;  // not owned
   const EscapeRules* m_textRules = &kEscapeTextLf;
-  WString m_indents;   // the indentation of an element deeper than all so far, with kRoomySlack behind
-  WString m_tagNames;  // of the open elements, one behind the other; has more room than is used
-  std::size_t m_tagNamesEnd = 0;
+  Indentation m_indentation{{}, u"\t"};
+  Indentation m_tagEnd{u">\n", {}};  // of what leads it: `>`, and a line end if formatted
+  // Of the open elements, one behind the other, as the stream gets them: one of the two is in use, and has more room
+  // than the length.
+  WString m_endTags;
+  std::string m_utf8EndTags;
+  std::size_t m_endTagsLength = 0;
 };
 
 }  // namespace OvXmlLib16

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "ovxmllib/binding/Enumerations.h"
@@ -12,6 +13,7 @@
 
 namespace OvXmlLib16 {
 
+class PreparedName;
 class NamespaceScope;
 
 /// What a bound object writes itself to. Which format comes out is decided by the writer that it is given.
@@ -50,7 +52,7 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   virtual void StartElement(WStringView name, WStringView ns) = 0;
   /// Writes character data; an empty text writes nothing. `type` tells formats with typed values what it prints.
   virtual void WriteText(WStringView text, ItemType type) = 0;
-  /// Ends the element that is open. Both are defined in XmlWriterContext.h, which every writer includes.
+  /// Ends the element that is open.
   virtual void EndElement() = 0;
   /// Writes an attribute. Throws COvException "Attributes must be added before elements" when the start tag is closed,
   /// as do the next two.
@@ -62,6 +64,20 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   /// Writes an element that has text and nothing else, as StartElement, WriteText and EndElement do, which is what it
   /// calls here. Most elements are such: a format may have a shorter way.
   virtual void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type);
+
+  /// \name The same for names that are written many times
+  /// They do what StartElement, WriteAttribute and WriteTextElement do, which is what they call here.
+  /// \{
+  virtual void StartPrepared(const PreparedName& name);
+  virtual void WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type);
+  virtual void WritePreparedElement(const PreparedName& name, WStringView text, ItemType type);
+  /// \}
+
+  /// Says which prepared name it is whose namespace an object is given as the text of its element's. Returns what was
+  /// said before, or null, for the caller to restore.
+  const PreparedName* Announce(const PreparedName* name) noexcept { return std::exchange(m_announced, name); }
+  /// The name that was announced, if its element is to have this namespace and this name; else null.
+  const PreparedName* FindAnnounced(WStringView name, const WChar* ns) const noexcept;
 
   /// Tells a format with arrays that a collection begins (1) or has ended (3); kept on the open element, if any.
   void SetArrayState(int state) noexcept;
@@ -75,7 +91,7 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   /// Opens an element under the one that is open, or as the root, with the start tag open. The result is the writer's,
   /// as GetContext gives it from now on.
   CXmlWriterContext& PushContext();
-  /// Ends the element that is open.
+  /// Ends the element that is open. Both are defined in XmlWriterContext.h, which every writer includes.
   void PopContext() noexcept;
   /// The innermost open element, or null outside the root.
   CXmlWriterContext* GetContext() const noexcept { return m_pContext; }
@@ -90,6 +106,7 @@ class OVXMLLIB_API CXmlWriter : public CInstanceMonitor {
   std::unique_ptr<NamespaceScope> m_documentScope;
   CXmlWriterContext* m_pContext = nullptr;                     // the innermost open one of m_contexts
   CXmlWriterContext* m_pRootContext = nullptr;                 // the first of them
+  const PreparedName* m_announced = nullptr;                   // not owned
   std::vector<std::unique_ptr<CXmlWriterContext>> m_contexts;  // by depth; those below the open one wait for reuse
 };
 

@@ -26,7 +26,7 @@ class CXmlWriter::CXmlWriterContext : public CInstanceMonitor {
   }
 
   /// The scope as it is seen; valid until the next change.
-  NamespaceScope& GetScope() noexcept { return *m_scope; }
+  NamespaceScope& GetScope() const noexcept { return *m_scope; }
   const WString& GetDefaultNamespace() const noexcept { return m_scope->GetDefaultNamespace(); }
   void SetDefaultNamespace(WStringView ns) { OwnScope().SetDefaultNamespace(ns); }
   /// The alias of a namespace, or null; valid until the next change.

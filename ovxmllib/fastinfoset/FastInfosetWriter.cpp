@@ -7,6 +7,7 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/MarkupRun.h"
 #include "ovxmllib/document/WellKnownNamespaces.h"
 #include "ovxmllib/document/XmlEscape.h"
 #include "ovxmllib/document/XmlWriterContext.h"
@@ -100,8 +101,13 @@ void CFastInfosetWriter::WriteDueTerminator() {
   if (std::exchange(m_terminatorDue, false)) m_out.Put(octet::kTerminator);
 }
 
+void CFastInfosetWriter::StartElement(WStringView name, WStringView ns) { BeginElement(name, ns); }
+
+void CFastInfosetWriter::StartPrepared(const PreparedName& name) { BeginElement(name, name.GetNamespace()); }
+
 // The first octet of an element (C.3.2) says whether attributes follow, so it is at hand until that is known.
-void CFastInfosetWriter::StartElement(WStringView name, WStringView ns) {
+template <class Name>
+void CFastInfosetWriter::BeginElement(const Name& name, WStringView ns) {
   WriteDueTerminator();
   const bool isRoot = GetContext() == nullptr;
   if (!isRoot) {
@@ -111,7 +117,7 @@ void CFastInfosetWriter::StartElement(WStringView name, WStringView ns) {
   CXmlWriterContext& context = PushContext();
   m_out.PutHeld(0);
   if (isRoot) WriteRootNamespaces();
-  const bool hasPrefix = !ns.empty() && !AreSame(ns, context.GetDefaultNamespace());
+  const bool hasPrefix = !ns.empty() && !context.GetScope().IsDefault(NamespaceKey(name, ns));
   WriteElementName(/*sharesOctet=*/!isRoot, name, ns, hasPrefix ? AliasOf(ns) : WStringView());
 }
 
@@ -144,9 +150,10 @@ void CFastInfosetWriter::WriteNamespace(unsigned parts, WStringView alias, WStri
 
 // QualifiedNameOrIndex on the third bit (C.18). The first octet of the name is that of the element unless namespace
 // attributes stand between them.
-void CFastInfosetWriter::WriteElementName(bool sharesOctet, WStringView name, WStringView ns, WStringView prefix) {
+template <class Name>
+void CFastInfosetWriter::WriteElementName(bool sharesOctet, const Name& name, WStringView ns, WStringView prefix) {
   assert((prefix.empty() || !ns.empty()) && "!strNamespace.empty()");
-  const std::uint32_t index = m_index.elementNames.FindOrAdd(name, ns, prefix, m_pool);
+  const std::uint32_t index = FindOrAdd(m_index.elementNames, name, ns, prefix);
   const unsigned literal = octet::kLiteralElementName | octet::PartsOf(prefix, ns);
   unsigned char octets[fastinfoset::kMaxNumberOctets];
   const unsigned char* end = octets + 1;
@@ -158,18 +165,29 @@ void CFastInfosetWriter::WriteElementName(bool sharesOctet, WStringView name, WS
     m_out.Put(octets[0]);
   }
   for (const unsigned char* at = octets + 1; at != end; ++at) m_out.Put(*at);
-  if (index == 0) WriteNameParts(name, ns, prefix);
+  if (index == 0) WriteNameParts(TextOf(name), ns, prefix);
 }
 
 // QualifiedNameOrIndex on the second bit (C.17).
-void CFastInfosetWriter::WriteAttributeName(WStringView name, WStringView ns, WStringView prefix) {
-  const std::uint32_t index = m_index.attributeNames.FindOrAdd(name, ns, prefix, m_pool);
+template <class Name>
+void CFastInfosetWriter::WriteAttributeName(const Name& name, WStringView ns, WStringView prefix) {
+  const std::uint32_t index = FindOrAdd(m_index.attributeNames, name, ns, prefix);
   if (index != 0) {
     return m_out.Commit(
         PutNumber(fastinfoset::kIndexOnSecondBit, 0, index, m_out.Reserve(fastinfoset::kMaxNumberOctets)));
   }
   m_out.Put(octet::kLiteralAttributeName | octet::PartsOf(prefix, ns));
-  WriteNameParts(name, ns, prefix);
+  WriteNameParts(TextOf(name), ns, prefix);
+}
+
+std::uint32_t CFastInfosetWriter::FindOrAdd(fastinfoset::NameIndex& names, WStringView name, WStringView ns,
+                                            WStringView prefix) {
+  return names.FindOrAdd(name, ns, prefix, m_pool);
+}
+
+std::uint32_t CFastInfosetWriter::FindOrAdd(fastinfoset::NameIndex& names, const PreparedName& name, WStringView,
+                                            WStringView prefix) {
+  return names.FindOrAdd(name, prefix, m_pool);
 }
 
 void CFastInfosetWriter::WriteNameParts(WStringView name, WStringView ns, WStringView prefix) {
@@ -195,13 +213,24 @@ void CFastInfosetWriter::WriteText(WStringView text, ItemType type) {
   WriteChunk(text, type);
 }
 
-// In one go, without opening a context: what is not plain takes the long way.
 void CFastInfosetWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, ns, text, type)) CXmlWriter::WriteTextElement(name, ns, text, type);
+}
+
+void CFastInfosetWriter::WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, name.GetNamespace(), text, type)) {
+    CXmlWriter::WriteTextElement(name.GetLocalName(), name.GetNamespace(), text, type);
+  }
+}
+
+// Without opening a context. False, with nothing written, for what is not plain, which has to take the long way.
+template <class Name>
+bool CFastInfosetWriter::WriteInOneGo(const Name& name, WStringView ns, WStringView text, ItemType type) {
   CXmlWriterContext* const parent = GetContext();
-  const bool isPlain = parent != nullptr && !text.empty();
-  const bool hasPrefix = isPlain && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
+  if (parent == nullptr || text.empty()) return false;
+  const bool hasPrefix = !ns.empty() && !parent->GetScope().IsDefault(NamespaceKey(name, ns));
   const WString* const alias = hasPrefix ? parent->GetNamespaceMapValue(ns) : nullptr;
-  if (!isPlain || (hasPrefix && alias == nullptr)) return CXmlWriter::WriteTextElement(name, ns, text, type);
+  if (hasPrefix && alias == nullptr) return false;
   WriteDueTerminator();
   ++parent->childCount;
   CloseStartTag();
@@ -210,6 +239,7 @@ void CFastInfosetWriter::WriteTextElement(WStringView name, WStringView ns, WStr
   m_out.LetGo();
   WriteChunk(text, type);
   m_terminatorDue = true;
+  return true;
 }
 
 // NonIdentifyingStringOrIndex on the third bit (C.15).
@@ -237,6 +267,15 @@ void CFastInfosetWriter::OpenAttributes() {
 }
 
 void CFastInfosetWriter::WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) {
+  PutAttribute(name, ns, value, type);
+}
+
+void CFastInfosetWriter::WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type) {
+  PutAttribute(name, name.GetNamespace(), value, type);
+}
+
+template <class Name>
+void CFastInfosetWriter::PutAttribute(const Name& name, WStringView ns, WStringView value, ItemType type) {
   OpenAttributes();
   WriteAttributeName(name, ns, ns.empty() ? WStringView() : AliasOf(ns));
   WriteAttributeValue(value, type);
@@ -264,7 +303,7 @@ void CFastInfosetWriter::WriteXsiType(WStringView ns, WStringView typeName, Item
   m_typeName = AliasOf(ns);
   OpenAttributes();
   // Deliberate: the attribute's name has the prefix of the type's namespace, and its value has it too.
-  WriteAttributeName(u"type", kXsiNamespace, m_typeName);
+  WriteAttributeName(WStringView(u"type"), kXsiNamespace, m_typeName);
   (m_typeName += u':') += typeName;
   WriteAttributeValue(m_typeName, type);
 }
@@ -305,15 +344,16 @@ void CFastInfosetWriter::WriteUtf8(const fastinfoset::NumberForm& lengthForm, un
   CheckLength(room);
   unsigned char* const start = m_out.Reserve(fastinfoset::kMaxNumberOctets + room);
   unsigned char* const guessed = PutNumber(lengthForm, prefix, text.size(), start);
-  const unicode::Progress done = unicode::WritableToUtf8(text, guessed);
-  if (done.read != text.size()) unicode::ThrowUnwritable(text, done.read);
-  if (!isName && !fastinfoset::IsPlain(guessed, done.written)) CheckCharacters(text);
-  if (done.written == text.size()) return m_out.Commit(guessed + done.written);
+  char* const octets = reinterpret_cast<char*>(guessed);
+  char* const end = isName ? plainrun::PutEscaped(octets, text, 0, text.size(), UnescapedRules())
+                           : plainrun::PutEscaped(octets, text, 0, text.size(), CharacterRules());
+  const auto written = static_cast<std::size_t>(end - octets);
+  if (written == text.size()) return m_out.Commit(guessed + written);
   unsigned char length[fastinfoset::kMaxNumberOctets];
-  const auto header = static_cast<std::size_t>(PutNumber(lengthForm, prefix, done.written, length) - length);
-  std::memmove(start + header, guessed, done.written);
+  const auto header = static_cast<std::size_t>(PutNumber(lengthForm, prefix, written, length) - length);
+  std::memmove(start + header, guessed, written);
   std::memcpy(start, length, header);
-  m_out.Commit(start + header + done.written);
+  m_out.Commit(start + header + written);
 }
 
 void CFastInfosetWriter::WriteCompact(const fastinfoset::StringForm& form, unsigned prefix, WStringView text,

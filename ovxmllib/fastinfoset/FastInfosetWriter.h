@@ -51,12 +51,15 @@ class CFastInfosetWriter : public CXmlWriter {
   void WriteProcessingInstruction(WStringView text) override;
   void WriteInlineSchema(WStringView text) override;
   void StartElement(WStringView name, WStringView ns) override;
+  void StartPrepared(const PreparedName& name) override;
   void WriteText(WStringView text, ItemType type) override;
   void EndElement() override;
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
+  void WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
   void WriteXsiNil() override;
   void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
+  void WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) override;
 
  private:
   static ClassType& Record();
@@ -67,8 +70,18 @@ class CFastInfosetWriter : public CXmlWriter {
   WStringView AliasOf(WStringView ns);
   void WriteRootNamespaces();
   void WriteNamespace(unsigned parts, WStringView alias, WStringView ns);
-  void WriteElementName(bool sharesOctet, WStringView name, WStringView ns, WStringView prefix);
-  void WriteAttributeName(WStringView name, WStringView ns, WStringView prefix);
+  template <class Name>
+  void BeginElement(const Name& name, WStringView ns);
+  template <class Name>
+  bool WriteInOneGo(const Name& name, WStringView ns, WStringView text, ItemType type);
+  template <class Name>
+  void PutAttribute(const Name& name, WStringView ns, WStringView value, ItemType type);
+  std::uint32_t FindOrAdd(fastinfoset::NameIndex& names, WStringView name, WStringView ns, WStringView prefix);
+  std::uint32_t FindOrAdd(fastinfoset::NameIndex& names, const PreparedName& name, WStringView ns, WStringView prefix);
+  template <class Name>
+  void WriteElementName(bool sharesOctet, const Name& name, WStringView ns, WStringView prefix);
+  template <class Name>
+  void WriteAttributeName(const Name& name, WStringView ns, WStringView prefix);
   void WriteNameParts(WStringView name, WStringView ns, WStringView prefix);
   void WriteIdentifyingString(fastinfoset::TextIndex& table, WStringView text);
   void WriteChunk(WStringView text, ItemType type);

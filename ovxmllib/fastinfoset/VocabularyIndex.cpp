@@ -79,7 +79,7 @@ std::uint32_t TextIndex::FindOrAdd(WStringView text, NodePool& pool) {
 }
 
 std::uint32_t NameIndex::FindOrAdd(WStringView local, WStringView ns, WStringView prefix, NodePool& pool) {
-  const std::uint32_t expected = m_last < m_followers.size() ? m_followers[m_last] : 0;
+  const std::uint32_t expected = GetExpected();
   if (expected != 0 && GetEntries()[expected - 1].IsName(local, ns, prefix)) return m_last = expected;
   bool isNew = false;
   const std::uint32_t index = Search(local, ns, prefix, pool, isNew);
@@ -87,6 +87,17 @@ std::uint32_t NameIndex::FindOrAdd(WStringView local, WStringView ns, WStringVie
   m_followers[m_last] = index;
   m_last = index;
   return isNew ? 0 : index;
+}
+
+std::uint32_t NameIndex::FindOrAdd(const PreparedName& name, WStringView prefix, NodePool& pool) {
+  const std::uint32_t expected = GetExpected();
+  if (expected < m_prepared.size() && m_prepared[expected] == &name && prefix.empty()) return m_last = expected;
+  const std::uint32_t index = FindOrAdd(name.GetLocalName(), name.GetNamespace(), prefix, pool);
+  if (index != 0 && prefix.empty()) {
+    if (index >= m_prepared.size()) m_prepared.resize(2 * index);
+    m_prepared[index] = &name;
+  }
+  return index;
 }
 
 // The index of the name, which is added if it has none; 0 when the table is full.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ovxmllib/document/NodePool.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/fastinfoset/BinaryForms.h"
 #include "ovxmllib/foundation/WideString.h"
 
@@ -73,12 +74,16 @@ class NameIndex : public EntryIndex<NameEntry> {
  public:
   /// As TextIndex::FindOrAdd. What follows a name mostly followed it before: that costs a comparison.
   std::uint32_t FindOrAdd(WStringView local, WStringView ns, WStringView prefix, NodePool& pool);
+  /// The same for a name that lives as long as this index.
+  std::uint32_t FindOrAdd(const PreparedName& name, WStringView prefix, NodePool& pool);
 
  private:
+  std::uint32_t GetExpected() const noexcept { return m_last < m_followers.size() ? m_followers[m_last] : 0; }
   std::uint32_t Search(WStringView local, WStringView ns, WStringView prefix, NodePool& pool, bool& isNew);
 
-  std::vector<std::uint32_t> m_followers;  // by index: that of the name behind it the last time
-  std::uint32_t m_last = 0;                // the index asked for last
+  std::vector<std::uint32_t> m_followers;       // by index: that of the name behind it the last time
+  std::uint32_t m_last = 0;                     // the index asked for last
+  std::vector<const PreparedName*> m_prepared;  // by index: the one that was last found there, without prefix, or null
 };
 
 /// The seven indexes of a vocabulary (clause 8.1). The texts belong to a pool that outlives it.

@@ -24,7 +24,7 @@ void CFileTextStream::Open() {
 }
 
 void CFileTextStream::Flush() {
-  if (GetBufferedLength() == 0) return;
+  if (HasNothing()) return;
   platform::File file = std::move(m_hFile);  // closed by whatever throws below
   EncodeBuffered();
   const CBinaryData pending = TakeEncoded();

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <atomic>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -16,20 +18,42 @@ constexpr std::size_t kLongest = 64;  // code units
 // Each place takes the first name that comes to it and never gives it up.
 constinit std::array<std::atomic<const std::size_t*>, kPlaces> g_places{};
 
+// Four units at a time, the last four also where they overlap others.
 std::size_t PlaceOf(WStringView name) noexcept {
-  std::size_t hash = name.size();
-  for (const WChar unit : name) hash = hash * 31 + unit;
-  return (hash ^ (hash >> 9)) & (kPlaces - 1);
+  constexpr std::size_t kBlock = 4;
+  constexpr std::uint64_t kOddConstant = 0x9E37'79B9'7F4A'7C15u;  // 2^64 divided by the golden ratio
+  std::uint64_t hash = name.size();
+  const auto mix = [&](std::uint64_t word) { hash = (std::rotl(hash, 29) ^ word) * kOddConstant; };
+  if (name.size() < kBlock) {
+    for (const WChar unit : name) mix(unit);
+  } else {
+    const auto mixBlock = [&](std::size_t at) {
+      std::uint64_t word;
+      std::memcpy(&word, name.data() + at, sizeof word);
+      mix(word);
+    };
+    for (std::size_t i = 0; i + kBlock < name.size(); i += kBlock) mixBlock(i);
+    mixBlock(name.size() - kBlock);
+  }
+  return static_cast<std::size_t>(hash >> 32) % kPlaces;
 }
 
 bool Holds(const std::size_t* kept, WStringView name) noexcept {
   return AreSame({reinterpret_cast<const WChar*>(kept + 1), *kept}, name);
 }
 
+bool CanBeKept(WStringView name) noexcept { return !name.empty() && name.size() <= kLongest; }
+
 }  // namespace
 
+const std::size_t* LookForKeptName(WStringView name) noexcept {
+  if (!CanBeKept(name)) return nullptr;
+  const std::size_t* const kept = g_places[PlaceOf(name)].load(std::memory_order_acquire);
+  return kept != nullptr && Holds(kept, name) ? kept : nullptr;
+}
+
 const std::size_t* FindKeptName(WStringView name) {
-  if (name.empty() || name.size() > kLongest) return nullptr;
+  if (!CanBeKept(name)) return nullptr;
   std::atomic<const std::size_t*>& place = g_places[PlaceOf(name)];
   const std::size_t* kept = place.load(std::memory_order_acquire);
   if (kept == nullptr) {

@@ -12,4 +12,8 @@ namespace OvXmlLib16 {
 /// thread may call it; it costs a look at one place. Throws std::bad_alloc at a name's first use.
 const std::size_t* FindKeptName(WStringView name);
 
+/// The same for a name that is to be kept by others only, as the names of documents, which come from anywhere; null
+/// when it is not kept yet.
+const std::size_t* LookForKeptName(WStringView name) noexcept;
+
 }  // namespace OvXmlLib16

@@ -15,7 +15,8 @@ namespace OvXmlLib16 {
 /// safe at any point. Lengths count UTF-16 code units. Belongs to the thread of its writer.
 ///
 /// With an encoding, each Flush turns what is buffered into bytes while it is still in the processor's cache, so that a
-/// large document is never held as text; without one, Flush leaves the text alone.
+/// large document is never held as text; without one, Flush leaves the text alone. A writer that has UTF-8 to give for
+/// UTF-8 writes it in place (ReserveUtf8), which spares the way through the buffer.
 ///
 /// Every way out of the stream guards against text that no document can hold: at U+0000 and at an unpaired surrogate
 /// Flush, GetString, GetText and GetBytes throw COvInvalidValueException, which names the position in all that was
@@ -45,8 +46,23 @@ class CTextStream : public CInstanceMonitor {
   WChar* Reserve(std::size_t units) { return m_buffer.Reserve(units); }
   void Commit(WChar* end) noexcept { m_buffer.Commit(end); }
 
-  /// The units written since the last Flush that took them.
-  std::size_t GetBufferedLength() const noexcept { return m_buffer.GetLength(); }
+  /// \name UTF-8 written in place
+  /// Only for streams of XmlEncoding_UTF8; it comes behind all that was written before, in whatever way. What is
+  /// written has to be sound: nothing looks at it again.
+  /// \{
+  /// Room for `bytes` bytes; CommitUtf8 gets their end, before anything else is called. Flushes what stands in the
+  /// buffer, and throws as Flush does.
+  char* ReserveUtf8(std::size_t bytes) {
+    if (bytes > static_cast<std::size_t>(m_roomEnd - m_room) || m_buffer.GetLength() != 0) OpenRoom(bytes);
+    return m_room;
+  }
+  void CommitUtf8(char* end) noexcept { m_room = end; }
+  /// \}
+
+  /// What was written since the last Flush that took it: units, and bytes that were written in place.
+  std::size_t GetBufferedLength() const noexcept {
+    return m_buffer.GetLength() + static_cast<std::size_t>(m_room - m_roomStart);
+  }
   XmlEncoding GetEncoding() const noexcept { return m_encoding; }
 
   /// The whole text, terminated; owned by the stream and valid until its next change. What was encoded already is
@@ -65,6 +81,8 @@ class CTextStream : public CInstanceMonitor {
   /// Encodes what is buffered, less a high surrogate at its end, behind what was encoded before. Throws as GetBytes
   /// does for what is no encoding.
   void EncodeBuffered();
+  /// Whether nothing was written, or everything was taken.
+  bool HasNothing() const noexcept { return m_buffer.GetLength() == 0 && m_bytes.IsEmpty(); }
   /// Gives away what is encoded. Messages go on counting positions from the start of the text.
   CBinaryData TakeEncoded() noexcept;
   /// Throws when the text ends in half of a surrogate pair.
@@ -73,6 +91,7 @@ class CTextStream : public CInstanceMonitor {
  private:
   // Twice what a writer lets come together before it flushes, so that one block serves for a whole document.
   static constexpr std::size_t kBlockSize = 8192;
+  static constexpr std::size_t kUsualRoom = 4096;  // bytes
 
   static ClassType& Record() {
     static ClassType& record = FindClass(u"CTextStream");
@@ -82,15 +101,21 @@ class CTextStream : public CInstanceMonitor {
   bool HasEncoding() const noexcept;
   void EncodePiece(WStringView piece);
   void EncodeWhole(WStringView text);
+  void OpenRoom(std::size_t bytes);
+  void CloseRoom() noexcept;
   void TakeBackEncoded();
   void RequireWritable(WStringView text) const;
+  std::size_t CountEncodedUnits() const noexcept;
 
-  // The text is what stands encoded, then the high surrogate, then the buffer.
+  // The text is what stands encoded, less the room at its end, then the high surrogate, then the buffer.
   CStringBuffer m_buffer{kBlockSize};
   XmlEncoding m_encoding;
   CBinaryData m_bytes;
-  WChar m_highSurrogate = 0;       // waits for the other half of its pair; 0: none
-  std::size_t m_unitsEncoded = 0;  // those that were taken away included
+  char* m_roomStart = nullptr;  // the end of m_bytes that is written in place; null: none
+  char* m_room = nullptr;       // how far
+  char* m_roomEnd = nullptr;
+  WChar m_highSurrogate = 0;     // waits for the other half of its pair; 0: none
+  std::size_t m_unitsTaken = 0;  // of the text that was given away
 };
 
 }  // namespace OvXmlLib16

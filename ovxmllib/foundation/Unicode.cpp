@@ -307,6 +307,12 @@ Progress MeasureUtf8(WStringView text) noexcept {
   return {text.size(), bytes};
 }
 
+std::size_t CountUnits(const unsigned char* data, std::size_t length) noexcept {
+  std::size_t units = 0;
+  for (std::size_t i = 0; i < length; ++i) units += 0u + ((data[i] & 0xC0) != 0x80) + (data[i] >= 0xF0);
+  return units;
+}
+
 std::size_t FindUnwritable(WStringView text) noexcept {
   for (std::size_t i = 0; i < text.size();) {
     while (text.size() - i >= kStride && !HasNulOrSurrogate(text.data() + i)) i += kStride;

@@ -47,6 +47,9 @@ std::size_t PointToUtf8(std::uint32_t point, unsigned char* out) noexcept;
 /// The number of UTF-8 bytes of `text` up to its end or its first unpaired surrogate.
 Progress MeasureUtf8(WStringView text) noexcept;
 
+/// The number of UTF-16 code units that `length` bytes of legal UTF-8 stand for.
+std::size_t CountUnits(const unsigned char* data, std::size_t length) noexcept;
+
 /// The position of the first U+0000 or unpaired surrogate of `text`, or its length when it is sound.
 std::size_t FindUnwritable(WStringView text) noexcept;
 

@@ -86,10 +86,22 @@ bool IsChanged(CWhitespaceUtils::WhitespaceRule rule, WStringView value) noexcep
 
 }  // namespace
 
-WStringView CWhitespaceUtils::ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch) {
-  const bool isRule = rule >= WhitespaceRule_None && rule <= WhitespaceRule_Collapse;
-  if (isRule && (rule == WhitespaceRule_None || !HasAnyBelow<u' ' + 1>(value))) return value;
+bool CWhitespaceUtils::MayChange(WhitespaceRule rule, WStringView value) noexcept {
+  switch (rule) {
+    case WhitespaceRule_None:
+      return false;
+    case WhitespaceRule_Preserve:
+    case WhitespaceRule_Replace:
+      return HasAnyBelow<u' '>(value);
+    case WhitespaceRule_Collapse:
+      return HasAnyBelow<u' ' + 1>(value);
+  }
+  return true;  // of a rule that is none ApplyRule complains
+}
+
+WStringView CWhitespaceUtils::ApplyChange(WhitespaceRule rule, WStringView value, WString& scratch) {
   if (rule == WhitespaceRule_Collapse) value = Trim(value);
+  const bool isRule = rule >= WhitespaceRule_None && rule <= WhitespaceRule_Collapse;
   if (isRule && !IsChanged(rule, value)) return value;
   return scratch = ApplyRule(rule, value);
 }

@@ -25,7 +25,9 @@ class OVXMLLIB_API CWhitespaceUtils {
   static WString ApplyRule(WhitespaceRule rule, WStringView value);
   /// The same without a copy where the rule leaves `value` or a part of it as it is, which is most often: the result
   /// lies in `value` or in `scratch`, whose memory is used again.
-  static WStringView ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch);
+  static WStringView ApplyRule(WhitespaceRule rule, WStringView value, WString& scratch) {
+    return MayChange(rule, value) ? ApplyChange(rule, value, scratch) : value;
+  }
 
   /// Makes LF of each CR LF pair and of each lone CR; all else stays.
   static WString Preserve(WStringView value);
@@ -40,6 +42,11 @@ class OVXMLLIB_API CWhitespaceUtils {
 
   /// True for U+0009, U+000A, U+000D and U+0020, and no other.
   static constexpr bool IsWhiteSpace(WChar c) noexcept { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; }
+
+ private:
+  // False when the rule surely leaves the value as it is, which is seen at a glance.
+  static bool MayChange(WhitespaceRule rule, WStringView value) noexcept;
+  static WStringView ApplyChange(WhitespaceRule rule, WStringView value, WString& scratch);
 };
 
 }  // namespace OvXmlLib16

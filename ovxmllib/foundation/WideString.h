@@ -35,28 +35,31 @@ constexpr WStringView ViewOf(const WChar* text) noexcept { return text == nullpt
 /// Whether two texts have the same code units. Other than their operator==, which compares unit by unit; made for
 /// names, which are short, and for texts that are one text, as the namespaces of a document's elements are.
 inline bool AreSame(WStringView a, WStringView b) noexcept {
-  constexpr std::size_t kBlock = 4;   // code units in a word
-  constexpr std::size_t kShort = 16;  // from there on a call costs less
+  using Block [[gnu::vector_size(16)]] = std::uint64_t;
+  constexpr std::size_t kBlock = sizeof(Block) / sizeof(WChar);
+  constexpr std::size_t kHalf = kBlock / 2;
+  constexpr std::size_t kShort = 64;  // from there on a call costs less
   const std::size_t length = a.size();
   if (length != b.size()) return false;
   if (a.data() == b.data()) return true;
   if (length > kShort) return std::memcmp(a.data(), b.data(), length * sizeof(WChar)) == 0;
-  const auto differ = [&](std::size_t at) {
-    std::uint64_t ofA, ofB;
+  const auto differ = [&]<class Units>(Units, std::size_t at) {
+    Units ofA, ofB;
     std::memcpy(&ofA, a.data() + at, sizeof ofA);
     std::memcpy(&ofB, b.data() + at, sizeof ofB);
     return ofA ^ ofB;
   };
-  if (length < kBlock) {
-    for (std::size_t i = 0; i < length; ++i) {
-      if (a[i] != b[i]) return false;
-    }
-    return true;
+  // The last step may overlap the one before.
+  if (length >= kBlock) {
+    Block difference = differ(Block{}, length - kBlock);
+    for (std::size_t i = 0; i + kBlock < length; i += kBlock) difference |= differ(Block{}, i);
+    return (difference[0] | difference[1]) == 0;
   }
-  // The last word may overlap the one before.
-  std::uint64_t difference = differ(length - kBlock);
-  for (std::size_t i = 0; i + kBlock < length; i += kBlock) difference |= differ(i);
-  return difference == 0;
+  if (length >= kHalf) return (differ(std::uint64_t{}, 0) | differ(std::uint64_t{}, length - kHalf)) == 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    if (a[i] != b[i]) return false;
+  }
+  return true;
 }
 
 }  // namespace OvXmlLib16

@@ -7,7 +7,6 @@
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/WellKnownNamespaces.h"
 #include "ovxmllib/document/XmlWriterContext.h"
-#include "ovxmllib/foundation/UnitCopy.h"
 #include "ovxmllib/json/JsonEscape.h"
 
 namespace OvXmlLib16 {
@@ -29,12 +28,16 @@ constexpr bool IsBareType(ItemType type) noexcept {
 
 }  // namespace
 
+// The value of a member, or nothing yet.
+struct CJsonTextWriter::Value {
+  WStringView text = {};
+  enum { None, Bare, Quoted } form = None;
+};
+
 // What stands between two members: the end of a line and the indentation of the next; nothing if not formatted.
-inline WStringView CJsonTextWriter::LineStart(int depth) {
-  const std::size_t length =
-      m_bFormatted ? m_strEOL.size() + static_cast<std::size_t>(depth) * m_strIndent.size() : std::size_t{0};
-  if (m_lineStarts.size() < length + kRoomySlack) GrowLineStarts(length);
-  return WStringView(m_lineStarts).substr(0, length);
+template <class Unit>
+std::basic_string_view<Unit> CJsonTextWriter::LineStart(int depth) {
+  return m_lineStarts.Get<Unit>(m_bFormatted ? depth : -1);
 }
 
 inline void CJsonTextWriter::FlushIfDue() {
@@ -53,22 +56,13 @@ void CJsonTextWriter::SetFormatted(bool formatted) {
   m_bFormatted = formatted;
 }
 
-void CJsonTextWriter::SetIndentChars(WStringView indent) {
-  m_strIndent = indent;
-  m_lineStarts.clear();
-}
+void CJsonTextWriter::SetIndentChars(WStringView indent) { m_lineStarts.Set(m_strEOL, indent); }
 
 void CJsonTextWriter::SetEOLType(EOLType eol) {
   if (eol != EOLType_CRLF && eol != EOLType_LF) throw COvException(u"Invalid EOL type.");
   m_strEOL = eol == EOLType_CRLF ? u"\r\n" : u"\n";
   m_eolType = eol;
-  m_lineStarts.clear();
-}
-
-void CJsonTextWriter::GrowLineStarts(std::size_t length) {
-  m_lineStarts = m_strEOL;
-  while (!m_strIndent.empty() && m_lineStarts.size() < 2 * length) m_lineStarts += m_strIndent;
-  m_lineStarts.resize(m_lineStarts.size() + kRoomySlack);
+  m_lineStarts.Set(m_strEOL, GetIndentChars());
 }
 
 void CJsonTextWriter::Open() {
@@ -82,38 +76,39 @@ void CJsonTextWriter::Close() {
 }
 
 void CJsonTextWriter::WriteDocumentStart() {
-  m_pStream->Write(u'{');
-  m_pStream->Write(LineStart(0));
+  WriteOpening('{', 0);
   FlushIfDue();
 }
 
-void CJsonTextWriter::WriteDocumentEnd() {
-  m_pStream->Write(LineStart(0));
-  m_pStream->Write(u'}');
-}
+void CJsonTextWriter::WriteDocumentEnd() { WriteClosing('}', 0); }
 
 void CJsonTextWriter::WriteComment(WStringView text) {
-  WriteJsonEscaped(*m_pStream, u"/* ", text, u" */", m_strEOL);
+  WriteEscaped(*m_pStream, u"/* ", text, u" */", EscapeRules());
   // Deliberate: the line end is written also when not formatted.
-  m_pStream->Write(m_strEOL);
+  WriteUnescaped(*m_pStream, m_strEOL);
   FlushIfDue();
 }
 
-void CJsonTextWriter::StartElement(WStringView name, WStringView ns) {
+void CJsonTextWriter::StartElement(WStringView name, WStringView ns) { BeginElement(name, ns); }
+
+void CJsonTextWriter::StartPrepared(const PreparedName& name) { BeginElement(name, name.GetNamespace()); }
+
+template <class Name>
+void CJsonTextWriter::BeginElement(const Name& name, WStringView ns) {
   CXmlWriterContext* const parent = GetContext();
   const bool isRoot = parent == nullptr;
-  const bool hasName = isRoot || !IsNextItem(*parent, name, ns);
+  const bool hasName = isRoot || !IsNextItem(*parent, TextOf(name), ns);
   if (!isRoot) {
     CloseArrayIfEnded(*parent);
     OpenArrayIfDue();
   }
   CXmlWriterContext& context = PushContext();
-  const bool isQualified = hasName && IsFull() && !ns.empty() && !AreSame(ns, context.GetDefaultNamespace());
+  const bool isQualified = hasName && IsFull() && !ns.empty() && !context.GetScope().IsDefault(NamespaceKey(name, ns));
   const WString* alias = isQualified ? context.GetNamespaceMapValue(ns) : nullptr;
   const bool declares = isQualified && alias == nullptr;
-  if (declares && !isRoot) ThrowUnknownNamespace(name);
+  if (declares && !isRoot) ThrowUnknownNamespace(TextOf(name));
   if (declares) alias = &context.AddGeneratedAlias(ns);
-  hasName ? BeginMember({}, alias == nullptr ? WStringView() : *alias, name) : BeginItem();
+  hasName ? PutMember({}, alias == nullptr ? WStringView() : *alias, name, {}) : BeginItem();
   PushElement();
   if (declares) WriteDeclaration(*alias, ns);
   if (isRoot && IsFull()) DeclareDocumentScope();
@@ -144,32 +139,50 @@ void CJsonTextWriter::PushElement() {
   m_bValuePending = true;
 }
 
-// Writes what stands ahead of a member's value, from the separator on: `{` or `,`, a new line, the name and `: `.
-void CJsonTextWriter::BeginMember(WStringView mark, WStringView prefix, WStringView name) {
-  const WStringView line = LineStart(m_depth + 1);
-  WChar* out = m_pStream->Reserve(line.size() + mark.size() + prefix.size() + name.size() + 6 + kRoomySlack);
-  if (m_depth == 0) {
+// Writes a brace, a bracket or a comma, and what stands between it and what follows.
+void CJsonTextWriter::WriteOpening(char mark, int depth) {
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    const auto line = LineStart<Unit>(depth);
+    (MarkupRun<Unit>(*m_pStream, line.size() + 1, 0) << mark).PutKept(line);
+  });
+}
+
+// Writes a brace or a bracket behind what stands between it and what precedes.
+void CJsonTextWriter::WriteClosing(char mark, int depth) {
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    const auto line = LineStart<Unit>(depth);
+    MarkupRun<Unit>(*m_pStream, line.size() + 1, 0).PutKept(line) << mark;
+  });
+}
+
+// Writes the separator, `{` or `,`, a new line, the name and `: `, and the value.
+template <class Name>
+void CJsonTextWriter::PutMember(WStringView mark, WStringView prefix, const Name& name, const Value& value) {
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    auto line = LineStart<Unit>(m_depth + 1);
     // The document has begun with a line end.
-    out = CopyUnits(out, line.empty() ? line : line.substr(m_strEOL.size()));
-  } else {
-    *out++ = m_bValuePending ? u'{' : u',';
-    out = CopyRoomy(out, line);
+    if (m_depth == 0 && !line.empty()) line.remove_prefix(m_strEOL.size());
+    const std::size_t names = mark.size() + prefix.size() + TextOf(name).size();
+    MarkupRun<Unit> run(*m_pStream, line.size() + names + 8, value.text.size());
+    if (m_depth != 0) run << (m_bValuePending ? '{' : ',');
+    (run.PutKept(line) << '"').Put(mark).PutName(prefix, name) << '"' << ':' << ' ';
+    if (value.form == Value::Bare) run.PutName(value.text);
+    if (value.form == Value::Quoted) (run << '"').PutText(value.text, EscapeRules()) << '"';
+  });
+}
+
+template <class Name>
+inline void CJsonTextWriter::WriteMember(WStringView mark, WStringView prefix, const Name& name, WStringView text,
+                                         ItemType type) {
+  if (text.size() <= kMostInRun) {
+    return PutMember(mark, prefix, name, {text, IsBareType(type) ? Value::Bare : Value::Quoted});
   }
-  *out++ = u'"';
-  out = CopyUnits(out, mark);
-  if (!prefix.empty()) {
-    out = CopyUnits(out, prefix);
-    *out++ = u':';
-  }
-  out = CopyUnits(out, name);
-  m_pStream->Commit(PutUnits(out, u"\": "));
+  PutMember(mark, prefix, name, {});
+  WriteValue(text, type);
 }
 
 // Writes what stands ahead of an item of an array that has items.
-void CJsonTextWriter::BeginItem() {
-  m_pStream->Write(u',');
-  m_pStream->Write(LineStart(m_depth + 1));
-}
+void CJsonTextWriter::BeginItem() { WriteOpening(',', m_depth + 1); }
 
 // Ahead of the first thing behind an element's name: begins the array that the element is the first item of, if it is.
 void CJsonTextWriter::OpenArrayIfDue() {
@@ -177,9 +190,7 @@ void CJsonTextWriter::OpenArrayIfDue() {
   if (!m_bValuePending || around == nullptr || around->arrayState != ArrayRequested) return;
   around->arrayState = ArrayOpen;
   m_arrays[static_cast<std::size_t>(around->depth)].isOpen = true;
-  ++m_depth;
-  m_pStream->Write(u'[');
-  m_pStream->Write(LineStart(m_depth));
+  WriteOpening('[', ++m_depth);
 }
 
 // A second collection directly behind the first has replaced the sign that the first has ended.
@@ -188,9 +199,7 @@ void CJsonTextWriter::CloseArrayIfEnded(CXmlWriterContext& context) {
   if (context.arrayState == ArrayEnded) context.arrayState = ArrayNone;
   Array& array = m_arrays[static_cast<std::size_t>(context.depth)];
   if (!std::exchange(array.isOpen, false)) return;
-  m_pStream->Write(LineStart(m_depth));
-  --m_depth;
-  m_pStream->Write(u']');
+  WriteClosing(']', m_depth--);
 }
 
 // The alias that a name in the namespace is written with.
@@ -201,8 +210,8 @@ const WString& CJsonTextWriter::RequireAlias(WStringView ns, WStringView name) c
 }
 
 void CJsonTextWriter::WriteDeclaration(WStringView alias, WStringView uri) {
-  alias.empty() ? BeginMember({}, {}, u"@xmlns") : BeginMember({}, u"@xmlns", alias);
-  WriteJsonEscaped(*m_pStream, u"\"", uri, u"\"", m_strEOL);
+  alias.empty() ? WriteMember({}, {}, WStringView(u"@xmlns"), uri, ItemType_string)
+                : WriteMember({}, u"@xmlns", alias, uri, ItemType_string);
   m_bValuePending = false;
 }
 
@@ -219,42 +228,60 @@ void CJsonTextWriter::WriteText(WStringView text, ItemType type) {
   assert(GetContext() != nullptr && "m_pContext != 0");
   if (m_bValuePending) {
     OpenArrayIfDue();
-    text.empty() ? m_pStream->Write(u"null") : WriteValue(text, type);
+    text.empty() ? WriteUnescaped(*m_pStream, u"null") : WriteValue(text, type);
     m_bValueWritten = true;
   } else if (!text.empty()) {
     CloseArrayIfEnded(*GetContext());
-    BeginMember({}, {}, m_roundTrip == RoundTripNone ? u"" : u"#text");
-    WriteValue(text, type);
+    WriteMember({}, {}, WStringView(m_roundTrip == RoundTripNone ? u"" : u"#text"), text, type);
   }
 }
 
-// In one go, without opening a context: what may begin or go on with an array takes the long way.
 void CJsonTextWriter::WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, ns, text, type)) CXmlWriter::WriteTextElement(name, ns, text, type);
+}
+
+void CJsonTextWriter::WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) {
+  if (!WriteInOneGo(name, name.GetNamespace(), text, type)) {
+    CXmlWriter::WriteTextElement(name.GetLocalName(), name.GetNamespace(), text, type);
+  }
+}
+
+// Without opening a context. False, with nothing written, for what may begin or go on with an array.
+template <class Name>
+bool CJsonTextWriter::WriteInOneGo(const Name& name, WStringView ns, WStringView text, ItemType type) {
   CXmlWriterContext* const parent = GetContext();
-  const bool isPlain =
-      parent != nullptr && !text.empty() && parent->arrayState != ArrayRequested && parent->arrayState != ArrayOpen;
-  if (!isPlain) return CXmlWriter::WriteTextElement(name, ns, text, type);
-  const bool isQualified = IsFull() && !ns.empty() && !AreSame(ns, parent->GetDefaultNamespace());
-  const WStringView alias = isQualified ? WStringView(RequireAlias(ns, name)) : WStringView();
+  if (parent == nullptr || text.empty() || parent->arrayState == ArrayRequested || parent->arrayState == ArrayOpen) {
+    return false;
+  }
+  const bool isQualified = IsFull() && !ns.empty() && !parent->GetScope().IsDefault(NamespaceKey(name, ns));
+  const WStringView alias = isQualified ? WStringView(RequireAlias(ns, TextOf(name))) : WStringView();
   CloseArrayIfEnded(*parent);
   OpenArrayIfDue();
-  BeginMember({}, alias, name);
-  WriteValue(text, type);
+  WriteMember({}, alias, name, text, type);
   m_bValuePending = false;
   FlushIfDue();
+  return true;
 }
 
 void CJsonTextWriter::WriteValue(WStringView text, ItemType type) {
-  if (IsBareType(type)) return m_pStream->Write(text);
-  WriteJsonEscaped(*m_pStream, u"\"", text, u"\"", m_strEOL);
+  if (IsBareType(type)) return WriteUnescaped(*m_pStream, text);
+  WriteEscaped(*m_pStream, u"\"", text, u"\"", EscapeRules());
 }
 
 void CJsonTextWriter::WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) {
+  PutAttribute(name, ns, value, type);
+}
+
+void CJsonTextWriter::WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type) {
+  PutAttribute(name, name.GetNamespace(), value, type);
+}
+
+template <class Name>
+void CJsonTextWriter::PutAttribute(const Name& name, WStringView ns, WStringView value, ItemType type) {
   assert(GetContext() != nullptr && "m_pContext != 0");
-  const WStringView alias = IsFull() && !ns.empty() ? WStringView(RequireAlias(ns, name)) : WStringView();
+  const WStringView alias = IsFull() && !ns.empty() ? WStringView(RequireAlias(ns, TextOf(name))) : WStringView();
   OpenArrayIfDue();
-  BeginMember(m_roundTrip == RoundTripNone ? u"" : u"@", alias, name);
-  WriteValue(value, type);
+  WriteMember(m_roundTrip == RoundTripNone ? u"" : u"@", alias, name, value, type);
   m_bValuePending = false;
 }
 
@@ -272,8 +299,7 @@ void CJsonTextWriter::EndElement() {
   CloseArrayIfEnded(*GetContext());
   if (m_bValuePending && !m_bValueWritten) WriteText({}, ItemType_none);
   if (!m_bValuePending) {
-    m_pStream->Write(LineStart(m_depth));
-    m_pStream->Write(u'}');
+    WriteClosing('}', m_depth);
   }
   PopContext();
   --m_depth;

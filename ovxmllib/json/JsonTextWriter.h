@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
+#include "ovxmllib/document/MarkupRun.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/foundation/TextStream.h"
 #include "ovxmllib/json/JsonContext.h"
+#include "ovxmllib/json/JsonEscape.h"
 
 namespace OvXmlLib16 {
 
@@ -41,7 +44,7 @@ class CJsonTextWriter : public CXmlWriter {
   bool GetFormatted() const noexcept { return m_bFormatted; }
   /// One level of indentation. Default one tab.
   void SetIndentChars(WStringView indent);
-  const WString& GetIndentChars() const noexcept { return m_strIndent; }
+  const WString& GetIndentChars() const noexcept { return m_lineStarts.GetIndent(); }
   /// The line end of formatting and of line feeds in text. Default EOLType_LF. Throws COvException "Invalid EOL type.".
   void SetEOLType(EOLType eol);
   EOLType GetEOLType() const noexcept { return m_eolType; }
@@ -63,14 +66,18 @@ class CJsonTextWriter : public CXmlWriter {
   /// Below the root a namespace without alias throws COvException "Unknown Namespace: %s.", in RoundTripFull; the same
   /// holds for attributes and types anywhere.
   void StartElement(WStringView name, WStringView ns) override;
+  void StartPrepared(const PreparedName& name) override;
   void WriteText(WStringView text, ItemType type) override;
   void EndElement() override;
   void WriteAttribute(WStringView name, WStringView ns, WStringView value, ItemType type) override;
+  void WritePreparedAttribute(const PreparedName& name, WStringView value, ItemType type) override;
   void WriteXsiType(WStringView ns, WStringView typeName, ItemType type) override;
   void WriteTextElement(WStringView name, WStringView ns, WStringView text, ItemType type) override;
+  void WritePreparedElement(const PreparedName& name, WStringView text, ItemType type) override;
   void WriteXsiNil() override {}
 
  private:
+  struct Value;
   // The array among the children of an element.
   struct Array {
     bool isOpen = false;  // its `[` is written and its `]` is not
@@ -80,11 +87,23 @@ class CJsonTextWriter : public CXmlWriter {
   static ClassType& Record();
 
   bool IsFull() const noexcept { return m_roundTrip == RoundTripFull; }
-  WStringView LineStart(int depth);
-  void GrowLineStarts(std::size_t length);
+  JsonEscapeRules EscapeRules() const noexcept { return {m_strEOL}; }
+  template <class Unit>
+  std::basic_string_view<Unit> LineStart(int depth);
   bool IsNextItem(CXmlWriterContext& parent, WStringView name, WStringView ns);
   void PushElement();
-  void BeginMember(WStringView mark, WStringView prefix, WStringView name);
+  void WriteOpening(char mark, int depth);
+  void WriteClosing(char mark, int depth);
+  template <class Name>
+  void BeginElement(const Name& name, WStringView ns);
+  template <class Name>
+  void PutMember(WStringView mark, WStringView prefix, const Name& name, const Value& value);
+  template <class Name>
+  void WriteMember(WStringView mark, WStringView prefix, const Name& name, WStringView text, ItemType type);
+  template <class Name>
+  void PutAttribute(const Name& name, WStringView ns, WStringView value, ItemType type);
+  template <class Name>
+  bool WriteInOneGo(const Name& name, WStringView ns, WStringView text, ItemType type);
   void BeginItem();
   void OpenArrayIfDue();
   void CloseArrayIfEnded(CXmlWriterContext& context);
@@ -94,17 +113,16 @@ class CJsonTextWriter : public CXmlWriter {
   void WriteValue(WStringView text, ItemType type);
   void FlushIfDue();
 
-  WString m_strIndent = u"\t";
   WString m_strEOL = u"\n";
   EOLType m_eolType = EOLType_LF;
   JsonRoundTrip m_roundTrip = RoundTripFull;
   bool m_bFormatted = true;
-  CTextStream* m_pStream;        // not owned
-  bool m_bValuePending = false;  // the open element has its name, and no `{` yet
-  bool m_bValueWritten = false;  // a bare value stands behind the name
-  int m_depth = 0;               // of the open element in braces and brackets
-  std::vector<Array> m_arrays;   // by the depth of their elements
-  WString m_lineStarts;          // a line end, indentation deeper than all so far, and kRoomySlack behind
+  CTextStream* m_pStream;                  // not owned
+  bool m_bValuePending = false;            // the open element has its name, and no `{` yet
+  bool m_bValueWritten = false;            // a bare value stands behind the name
+  int m_depth = 0;                         // of the open element in braces and brackets
+  std::vector<Array> m_arrays;             // by the depth of their elements
+  Indentation m_lineStarts{u"\n", u"\t"};  // with the line ends ahead
 };
 
 }  // namespace OvXmlLib16

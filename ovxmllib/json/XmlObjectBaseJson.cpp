@@ -1,5 +1,7 @@
 // The entry points of bound objects for JSON.
 
+#include <functional>
+
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
@@ -117,7 +119,8 @@ WString CXmlObjectBase::ToJson(bool formatted, EOLType eol, const CSerialization
 
 CBinaryData CXmlObjectBase::ToJsonStream(bool formatted, XmlEncoding encoding, EOLType eol,
                                          const CSerializationContext& context, CompressionType compression) const {
-  return WriteToBytes(encoding, compression, [&](CTextStream& stream) { WriteJson(stream, formatted, eol, context); });
+  const auto write = [&](CTextStream& stream) { WriteJson(stream, formatted, eol, context); };
+  return WriteToBytes(encoding, compression, std::cref(write));
 }
 
 void CXmlObjectBase::ToJsonFile(const WChar* file, bool formatted, XmlEncoding encoding, EOLType eol,

@@ -19,37 +19,23 @@ using OvXmlLib16::ViewOf;
 
 CAttributeInfo::CAttributeInfo(const WChar* name, const WChar* ns, int propertyIndex, bool optional,
                                const WChar* defaultValue)
-    : m_name(ViewOf(name)),
-      m_namespace(ViewOf(ns)),
+    : m_name(ViewOf(name), ViewOf(ns)),
       m_propertyIndex(propertyIndex),
       m_optional(optional),
       m_defaultValue(ViewOf(defaultValue)) {}
 
 bool CAttributeInfo::IsThisAttribute(const CSerializationContext& context, const CXmlAttribute* attribute) const {
-  if (attribute == nullptr || !AreSame(attribute->GetLocalName(), m_name)) return false;
-  return context.GetIgnoreNamespaces() || AreSame(attribute->GetNamespaceURI(), m_namespace);
+  if (attribute == nullptr || !AreSame(attribute->GetLocalName(), GetName())) return false;
+  return context.GetIgnoreNamespaces() || AreSame(attribute->GetNamespaceURI(), GetNamespace());
 }
 
-void CAttributeInfo::InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const {
-  try {
-    object->AccessProperty(m_propertyIndex, /*read=*/true, value);
-  } catch (const COvException& exception) {
-    throw COvValidationException(FormatString(u"Failed to get the property value for [%s].", m_name), {}, exception);
-  }
+void CAttributeInfo::ThrowGetFailed(const COvException& cause) const {
+  throw COvValidationException(FormatString(u"Failed to get the property value for [%s].", GetName()), {}, cause);
 }
 
-void CAttributeInfo::InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value,
-                                       const CXmlAttribute& attribute) const {
-  try {
-    object->AccessProperty(m_propertyIndex, /*read=*/false, value);
-  } catch (const COvException& exception) {
-    throw COvValidationException(FormatString(u"Failed to set the property value [%s].", m_name), attribute.GetXPath(),
-                                 exception);
-  }
-}
-
-void CAttributeInfo::ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const {
-  InvokePropertyGet(const_cast<CXmlGeneratedClass*>(object), value);
+void CAttributeInfo::ThrowSetFailed(const COvException& cause, const CXmlAttribute& attribute) const {
+  throw COvValidationException(FormatString(u"Failed to set the property value [%s].", GetName()), attribute.GetXPath(),
+                               cause);
 }
 
 void CAttributeInfo::ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const WChar* ns,
@@ -67,14 +53,9 @@ bool CAttributeInfo::IsNamespaceValid(const WString& ns, const WString& allowed,
   return OvXmlLib16::IsNamespaceInList(ns, allowed, target);
 }
 
-bool CAttributeInfo::IsLeftOut(const CSerializationContext& context, WStringView text) const {
-  return m_optional && !m_defaultValue.empty() && context.GetNoOptionalAttributeDefaultOutput() &&
-         AreSame(text, m_defaultValue);
-}
-
 void CAttributeInfo::ThrowIfMissing(bool seen) const {
   if (seen || m_optional) return;
-  throw COvValidationException(FormatString(u"Failed to find the required Attribute [%s].", m_name), {});
+  throw COvValidationException(FormatString(u"Failed to find the required Attribute [%s].", GetName()), {});
 }
 
 CAttributeInfoPrimitive::CAttributeInfoPrimitive(const WChar* name, const WChar* ns, int propertyIndex, bool optional,
@@ -86,7 +67,7 @@ CAttributeInfoPrimitive::CAttributeInfoPrimitive(const WChar* name, const WChar*
       m_itemType(itemType),
       m_formatOverride(ViewOf(formatOverride)),
       m_whitespaceRule(whitespaceRule),
-      m_passesEveryValue(OvXmlLib16::PassesEveryValue(itemType, restrictions)) {}
+      m_facetShortcut(itemType, restrictions) {}
 
 void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                              CXmlWriter* writer) const {
@@ -96,8 +77,8 @@ void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& contex
   if (IsOptional() && !value.IsValid()) return;
   const WStringView text = scratch.Print(m_formatOverride);
   if (IsLeftOut(context, text)) return;
-  if (!m_passesEveryValue) CheckRestriction(value);
-  writer->WriteAttribute(GetName(), GetNamespace(), text, value.GetTypeAsEnum());
+  if (!m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
+  writer->WritePreparedAttribute(GetPreparedName(), text, value.GetTypeAsEnum());
 }
 
 // Deliberate: the namespace counts even where the context ignores namespaces.
@@ -109,7 +90,7 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& cont
   const ScratchVariant scratch;
   OvVariant& value = *scratch;
   value.FromString(attribute->GetValueView(), m_itemType, m_whitespaceRule);
-  if (context.GetValidateOnRead() && !m_passesEveryValue) CheckRestriction(value);
+  if (context.GetValidateOnRead() && !m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
   InvokePropertySet(object, value, *attribute);
   return true;
 }
@@ -133,14 +114,15 @@ void CAttributeInfoEnum::AttributeToXml(const CSerializationContext& context, co
   if (IsOptional() && !value.IsValid()) return;
   const WStringView text = ViewOf(m_valueToText(value.GetI4()));
   if (IsLeftOut(context, text)) return;
-  writer->WriteAttribute(GetName(), GetNamespace(), text, ItemType_string);
+  writer->WritePreparedAttribute(GetPreparedName(), text, ItemType_string);
 }
 
 bool CAttributeInfoEnum::AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                                           CXmlAttribute* attribute) {
   if (!IsThisAttribute(context, attribute)) return false;
   OvVariant value;
-  value.SetI4(m_textToValue(attribute->GetValue().c_str()));
+  // A string of our own: one of the attribute's would stay with the document.
+  value.SetI4(m_textToValue(WString(attribute->GetValueView()).c_str()));
   InvokePropertySet(object, value, *attribute);
   return true;
 }

@@ -7,11 +7,14 @@
 #pragma once
 
 #include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/foundation/WhitespaceUtils.h"
 #include "ovxmllib/mapping/XmlGeneratedClass.h"
+#include "ovxmllib/values/FacetShortcut.h"
 #include "ovxmllib/values/OvVariant.h"
 #include "ovxmllib/values/PrimitiveRestrictions.h"
 
@@ -54,9 +57,23 @@ class OVXMLLIB_API CAttributeInfo {
 
   /// The property's getter and setter. What they throw of the library's family is wrapped in COvValidationException
   /// with the attribute's name, and for the setter its path.
-  void InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const;
-  void InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value, const CXmlAttribute& attribute) const;
-  void ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const;
+  void InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const {
+    try {
+      object->AccessProperty(m_propertyIndex, /*read=*/true, value);
+    } catch (const OvXmlLib16::COvException& exception) {
+      ThrowGetFailed(exception);
+    }
+  }
+  void InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value, const CXmlAttribute& attribute) const {
+    try {
+      object->AccessProperty(m_propertyIndex, /*read=*/false, value);
+    } catch (const OvXmlLib16::COvException& exception) {
+      ThrowSetFailed(exception, attribute);
+    }
+  }
+  void ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const {
+    InvokePropertyGet(const_cast<CXmlGeneratedClass*>(object), value);
+  }
 
   /// The protected operations of any bound object.
   static void ToXml_Int(const CXmlObjectBase* object, CXmlWriter* writer, bool isRoot, const WChar* ns,
@@ -65,18 +82,24 @@ class OVXMLLIB_API CAttributeInfo {
   static void TestNamespace(const WString& ns, const WString& allowed, const WString& target);
   static bool IsNamespaceValid(const WString& ns, const WString& allowed, const WString& target);
 
-  const WString& GetName() const noexcept { return m_name; }
-  const WString& GetNamespace() const noexcept { return m_namespace; }
+  const WString& GetName() const noexcept { return m_name.GetLocalName(); }
+  const WString& GetNamespace() const noexcept { return m_name.GetNamespace(); }
+  const OvXmlLib16::PreparedName& GetPreparedName() const noexcept { return m_name; }
   bool IsOptional() const noexcept { return m_optional; }
 
   /// Whether a text that is to be written may stay out: the attribute is optional, the text is its default, and the
   /// context wants no defaults.
-  bool IsLeftOut(const CSerializationContext& context, WStringView text) const;
+  bool IsLeftOut(const CSerializationContext& context, WStringView text) const noexcept {
+    return m_optional && !m_defaultValue.empty() && context.GetNoOptionalAttributeDefaultOutput() &&
+           OvXmlLib16::AreSame(text, m_defaultValue);
+  }
   void ThrowIfMissing(bool seen) const;
 
  private:
-  WString m_name;
-  WString m_namespace;
+  [[noreturn]] void ThrowGetFailed(const OvXmlLib16::COvException& cause) const;
+  [[noreturn]] void ThrowSetFailed(const OvXmlLib16::COvException& cause, const CXmlAttribute& attribute) const;
+
+  OvXmlLib16::PreparedName m_name;
   int m_propertyIndex;
   bool m_optional;
   WString m_defaultValue;
@@ -104,7 +127,7 @@ class OVXMLLIB_API CAttributeInfoPrimitive : public CAttributeInfo {
   ItemType m_itemType;
   WString m_formatOverride;
   CWhitespaceUtils::WhitespaceRule m_whitespaceRule;
-  bool m_passesEveryValue;
+  OvXmlLib16::FacetShortcut m_facetShortcut;
 };
 
 /// An attribute with a value of a generated enumeration.

@@ -22,7 +22,7 @@ using OvXmlLib16::ItemType_string;
 using OvXmlLib16::ViewOf;
 
 CElementInfo::CElementInfo(const WChar* name, const WChar* ns, int propertyIndex)
-    : m_name(ViewOf(name)), m_namespace(ViewOf(ns)), m_propertyIndex(propertyIndex) {}
+    : m_name(ViewOf(name), ViewOf(ns)), m_propertyIndex(propertyIndex) {}
 
 CElementInfo::CElementInfo(const WChar* name, const WChar* ns, int propertyIndex, bool nillable,
                            ValueToText valueToText, TextToValue textToValue, const WChar* defaultValue)
@@ -44,7 +44,7 @@ CElementInfo::CElementInfo(const WChar* name, const WChar* ns, int propertyIndex
   m_restrictions = restrictions;
   m_defaultValue = ViewOf(defaultValue);
   m_hasRestrictions = true;
-  m_passesEveryValue = OvXmlLib16::PassesEveryValue(itemType, restrictions);
+  m_facetShortcut = OvXmlLib16::FacetShortcut(itemType, restrictions);
 }
 
 bool CElementInfo::Validate(const CSerializationContext&, const CXmlGeneratedClass*, bool, bool) const {
@@ -58,32 +58,16 @@ bool CElementInfo::MayLeaveChoiceEmpty(const CXmlGeneratedClass*) const { return
 
 void CElementInfo::CheckRestriction(const OvVariant& value) const {
   if (!m_hasRestrictions) throw COvException(u"Cannot CheckRestriction for type: " + value.GetType());
-  OvXmlLib16::CheckPrimitiveValue(m_name.c_str(), value, m_itemType, m_restrictions);
+  OvXmlLib16::CheckPrimitiveValue(GetElementName().c_str(), value, m_itemType, m_restrictions);
 }
 
-bool CElementInfo::IsThisElement(const CSerializationContext& context, const CXmlElement* element) const {
-  if (element == nullptr || !AreSame(element->GetLocalName(), m_name)) return false;
-  return context.GetIgnoreNamespaces() || AreSame(element->GetNamespaceURI(), m_namespace);
+void CElementInfo::ThrowGetFailed(const COvException& cause) const {
+  throw COvValidationException(FormatString(u"Failed to get the property value for [%s].", GetElementName()), {},
+                               cause);
 }
 
-void CElementInfo::InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const {
-  try {
-    object->AccessProperty(m_propertyIndex, /*read=*/true, value);
-  } catch (const COvException& exception) {
-    throw COvValidationException(FormatString(u"Failed to get the property value for [%s].", m_name), {}, exception);
-  }
-}
-
-void CElementInfo::InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value, const CXmlElement& element) const {
-  try {
-    object->AccessProperty(m_propertyIndex, /*read=*/false, value);
-  } catch (const COvException& exception) {
-    throw COvValidationException(u"Failed to set the property value.", element.GetXPath(), exception);
-  }
-}
-
-void CElementInfo::ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const {
-  InvokePropertyGet(const_cast<CXmlGeneratedClass*>(object), value);
+void CElementInfo::ThrowSetFailed(const COvException& cause, const CXmlElement& element) {
+  throw COvValidationException(u"Failed to set the property value.", element.GetXPath(), cause);
 }
 
 CSmartPtr<CXmlObjectBase> CElementInfo::GetObject(const CXmlGeneratedClass* object) const {
@@ -98,24 +82,16 @@ void CElementInfo::SetObject(CXmlGeneratedClass* object, CXmlObjectBase* held, c
   InvokePropertySet(object, value, element);
 }
 
-bool CElementInfo::IsDefault(WStringView text) const {
-  return !m_defaultValue.empty() && AreSame(text, m_defaultValue);
-}
-
-void CElementInfo::WriteElement(CXmlWriter* writer, WStringView text, ItemType type) const {
-  writer->WriteTextElement(m_name, m_namespace, text, type);
-}
-
 // A reader takes the default for an empty element.
 void CElementInfo::WriteDefault(const CSerializationContext& context, CXmlWriter* writer, WStringView text,
                                 ItemType type) const {
-  writer->StartElement(m_name, m_namespace);
+  writer->StartElement(GetElementName(), GetElementNamespace());
   if (context.GetWriteDefaultElementValues()) writer->WriteText(text, type);
   writer->EndElement();
 }
 
 void CElementInfo::WriteNil(CXmlWriter* writer) const {
-  writer->StartElement(m_name, m_namespace);
+  writer->StartElement(GetElementName(), GetElementNamespace());
   writer->WriteXsiNil();
   writer->EndElement();
 }
@@ -136,7 +112,7 @@ bool CElementInfo::ElementToXmlPrim(const CSerializationContext& context, const 
     return true;
   }
   CheckFacets(value);
-  WriteElement(writer, text, value.GetTypeAsEnum());
+  writer->WritePreparedElement(m_name, text, value.GetTypeAsEnum());
   return true;
 }
 
@@ -150,7 +126,8 @@ bool CElementInfo::ElementToXmlEnum(const CSerializationContext& context, const 
   }
   if (!value.IsValid()) return false;
   const WStringView text = ViewOf(valueToText(value.GetI4()));
-  IsDefault(text) ? WriteDefault(context, writer, text, ItemType_string) : WriteElement(writer, text, ItemType_string);
+  IsDefault(text) ? WriteDefault(context, writer, text, ItemType_string)
+                  : writer->WritePreparedElement(m_name, text, ItemType_string);
   return true;
 }
 
@@ -158,9 +135,15 @@ bool CElementInfo::ElementToXmlCls(const CSerializationContext& context, const C
                                    CXmlWriter* writer, bool optionalChoice) const {
   const CSmartPtr<CXmlObjectBase> held = GetObject(object);
   if (held == nullptr) return false;
-  static_cast<const CXmlObjectBase*>(held)->ToXml_Int(writer, /*isRoot=*/false, m_namespace.c_str(), context,
-                                                      optionalChoice);
+  WriteObject(*held, context, writer, optionalChoice);
   return true;
+}
+
+void CElementInfo::WriteObject(const CXmlObjectBase& object, const CSerializationContext& context, CXmlWriter* writer,
+                               bool optionalChoice) const {
+  const auto* const before = writer->Announce(&m_name);
+  object.ToXml_Int(writer, /*isRoot=*/false, GetElementNamespace().c_str(), context, optionalChoice);
+  writer->Announce(before);
 }
 
 bool CElementInfo::ElementToXmlCol(const CSerializationContext& context, const CXmlGeneratedClass* object,
@@ -172,8 +155,7 @@ bool CElementInfo::ElementToXmlCol(const CSerializationContext& context, const C
   if (collection->GetCount() <= 0) return false;
   // What a format with arrays needs to know.
   writer->SetArrayState(1);
-  const CXmlObjectBase* base = collection->GetBase();
-  base->ToXml_Int(writer, /*isRoot=*/false, m_namespace.c_str(), context, /*optionalChoice=*/false);
+  WriteObject(*collection->GetBase(), context, writer, /*optionalChoice=*/false);
   writer->SetArrayState(3);
   return true;
 }
@@ -267,15 +249,15 @@ WString CElementInfo::GetAnyDefaultNamespace(const WChar* list, const WChar* ns,
 }
 
 void CElementInfo::ThrowPropertyMissing() const {
-  throw COvInvalidParamException(FormatString(u"The Property [%s] is mandatory, it may not be NULL", m_name));
+  throw COvInvalidParamException(FormatString(u"The Property [%s] is mandatory, it may not be NULL", GetElementName()));
 }
 
 void CElementInfo::ThrowMandatoryMissing() const {
-  throw COvValidationException(FormatString(u"Failed to find the mandatory element [%s].", m_name), {});
+  throw COvValidationException(FormatString(u"Failed to find the mandatory element [%s].", GetElementName()), {});
 }
 
 void CElementInfo::ThrowChildMissing(const CXmlElement& parent) const {
-  throw COvValidationException(FormatString(u"Failed to find the required child element [%s].", m_name),
+  throw COvValidationException(FormatString(u"Failed to find the required child element [%s].", GetElementName()),
                                parent.GetXPath());
 }
 

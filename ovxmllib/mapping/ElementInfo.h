@@ -12,11 +12,14 @@
 #pragma once
 
 #include "ovxmllib/binding/Export.h"
+#include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/binding/SerializationContext.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/XmlElement.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/foundation/WhitespaceUtils.h"
 #include "ovxmllib/mapping/XmlGeneratedClass.h"
+#include "ovxmllib/values/FacetShortcut.h"
 #include "ovxmllib/values/OvVariant.h"
 #include "ovxmllib/values/PrimitiveRestrictions.h"
 
@@ -68,7 +71,9 @@ class OVXMLLIB_API CElementInfo {
   /// (`isElement` false) was not read; throws COvValidationException when an element lacks it.
   virtual bool Validate(const CSerializationContext& context, const CXmlGeneratedClass* object, bool seen,
                         bool isElement) const;
-  /// Writes the attributes of a group on the start tag of the element that holds it. Nothing here.
+  /// Whether the entry is a group, whose attributes go on the start tag of the element that holds it.
+  bool HasPseudoAttributes() const noexcept { return m_hasPseudoAttributes; }
+  /// Writes the attributes of a group there. Nothing here.
   virtual void PseudoChildAttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                          CXmlWriter* writer) const;
 
@@ -80,7 +85,9 @@ class OVXMLLIB_API CElementInfo {
   void CheckRestriction(const OvVariant& value) const;
 
   /// Whether `element` has the entry's local name, and its namespace unless the context ignores it. False for null.
-  bool IsThisElement(const CSerializationContext& context, const CXmlElement* element) const;
+  bool IsThisElement(const CSerializationContext& context, const CXmlElement* element) const {
+    return element != nullptr && element->IsNamed(m_name, context.GetIgnoreNamespaces());
+  }
 
   /// Whether `ns` of ElementFromXml is looked at; where not, it may be empty.
   bool UsesOwnersNamespace() const noexcept { return m_usesOwnersNamespace; }
@@ -98,16 +105,32 @@ class OVXMLLIB_API CElementInfo {
 
   /// For the constructor of a kind that does not look at it.
   void IgnoreOwnersNamespace() noexcept { m_usesOwnersNamespace = false; }
+  /// For the constructor of a kind that overrides PseudoChildAttributeToXml.
+  void SetHasPseudoAttributes(bool has) noexcept { m_hasPseudoAttributes = has; }
 
-  const WString& GetElementName() const noexcept { return m_name; }
-  const WString& GetElementNamespace() const noexcept { return m_namespace; }
+  const WString& GetElementName() const noexcept { return m_name.GetLocalName(); }
+  const WString& GetElementNamespace() const noexcept { return m_name.GetNamespace(); }
   int GetPropertyIndex() const noexcept { return m_propertyIndex; }
 
   /// The property's getter and setter. What they throw of the library's family is wrapped in COvValidationException,
   /// the getter's with the name, the setter's with the path of `element`.
-  void InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const;
-  void InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value, const CXmlElement& element) const;
-  void ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const;
+  void InvokePropertyGet(CXmlGeneratedClass* object, OvVariant& value) const {
+    try {
+      object->AccessProperty(m_propertyIndex, /*read=*/true, value);
+    } catch (const OvXmlLib16::COvException& exception) {
+      ThrowGetFailed(exception);
+    }
+  }
+  void InvokePropertySet(CXmlGeneratedClass* object, OvVariant& value, const CXmlElement& element) const {
+    try {
+      object->AccessProperty(m_propertyIndex, /*read=*/false, value);
+    } catch (const OvXmlLib16::COvException& exception) {
+      ThrowSetFailed(exception, element);
+    }
+  }
+  void ReadProperty(const CXmlGeneratedClass* object, OvVariant& value) const {
+    InvokePropertyGet(const_cast<CXmlGeneratedClass*>(object), value);
+  }
   /// The object or collection that the property holds, or null.
   CSmartPtr<CXmlObjectBase> GetObject(const CXmlGeneratedClass* object) const;
   /// Sets the property to an object, which may be null.
@@ -155,22 +178,27 @@ class OVXMLLIB_API CElementInfo {
   [[noreturn]] void ThrowMandatoryMissing() const;
 
  private:
+  [[noreturn]] void ThrowGetFailed(const OvXmlLib16::COvException& cause) const;
+  [[noreturn]] static void ThrowSetFailed(const OvXmlLib16::COvException& cause, const CXmlElement& element);
   bool ReadNil(const CSerializationContext& context, const CXmlElement& element) const;
   template <class Convert>
   void ReadValue(const CSerializationContext& context, CXmlGeneratedClass* object, CXmlElement** child,
                  Convert&& convert);
-  bool IsDefault(WStringView text) const;
-  void CheckFacets(const OvVariant& value) const {
-    if (!m_passesEveryValue) CheckRestriction(value);
+  bool IsDefault(WStringView text) const noexcept {
+    return !m_defaultValue.empty() && OvXmlLib16::AreSame(text, m_defaultValue);
   }
-  void WriteElement(CXmlWriter* writer, WStringView text, ItemType type) const;
+  void CheckFacets(const OvVariant& value) const {
+    if (!m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
+  }
   void WriteDefault(const CSerializationContext& context, CXmlWriter* writer, WStringView text, ItemType type) const;
   void WriteNil(CXmlWriter* writer) const;
+  void WriteObject(const CXmlObjectBase& object, const CSerializationContext& context, CXmlWriter* writer,
+                   bool optionalChoice) const;
 
-  WString m_name;
-  WString m_namespace;
+  OvXmlLib16::PreparedName m_name;
   int m_propertyIndex;
   CPrimitiveRestrictions m_restrictions;
+  OvXmlLib16::FacetShortcut m_facetShortcut;
   ItemType m_itemType = ItemType_none;
   WString m_formatOverride;
   CWhitespaceUtils::WhitespaceRule m_whitespaceRule = CWhitespaceUtils::WhitespaceRule_None;
@@ -179,8 +207,8 @@ class OVXMLLIB_API CElementInfo {
   ValueToText m_valueToText = nullptr;
   TextToValue m_textToValue = nullptr;
   bool m_hasRestrictions = false;
-  bool m_passesEveryValue = false;
   bool m_usesOwnersNamespace = true;
+  bool m_hasPseudoAttributes = false;
 };
 
 }  // namespace OvXmlLib16Data

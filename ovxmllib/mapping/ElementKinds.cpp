@@ -75,7 +75,7 @@ bool UntpdKind::ReadNew(CXmlGeneratedClass* object, CXmlElement* parent, CXmlEle
 
 void ColKind::PseudoChildAttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
                                         CXmlWriter* writer) const {
-  if (m_elementType == XmlElementType_Pseudo) AttributesToXml_Int(GetCollection(object), writer, context);
+  if (HasPseudoAttributes()) AttributesToXml_Int(GetCollection(object), writer, context);
 }
 
 CSmartPtr<CXmlCollectionBase> ColKind::GetCollection(const CXmlGeneratedClass* object) const {

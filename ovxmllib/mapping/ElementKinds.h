@@ -75,6 +75,7 @@ class OVXMLLIB_API ObjectKind : public CElementInfo {
   ObjectKind(const WChar* name, const WChar* ns, int propertyIndex, XmlElementType elementType)
       : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {
     IgnoreOwnersNamespace();
+    SetHasPseudoAttributes(IsPseudo());
   }
 
   bool IsPseudo() const noexcept { return m_elementType == XmlElementType_Pseudo; }
@@ -166,8 +167,9 @@ class OVXMLLIB_API ColKind : public CElementInfo {
  public:
   /// `elementType`, of collections of objects: the attributes of groups go on the owner's start tag.
   ColKind(const WChar* name, const WChar* ns, int propertyIndex, XmlElementType elementType = XmlElementType_Element)
-      : CElementInfo(name, ns, propertyIndex), m_elementType(elementType) {
+      : CElementInfo(name, ns, propertyIndex) {
     IgnoreOwnersNamespace();
+    SetHasPseudoAttributes(elementType == XmlElementType_Pseudo);
   }
 
   void PseudoChildAttributeToXml(const CSerializationContext& context, const CXmlGeneratedClass* object,
@@ -184,9 +186,6 @@ class OVXMLLIB_API ColKind : public CElementInfo {
   bool Write(const CSerializationContext& context, const CXmlGeneratedClass* object, CXmlWriter* writer) const {
     return ElementToXmlCol(context, object, writer);
   }
-
- private:
-  XmlElementType m_elementType;
 };
 
 /// Output rule: the property must hold something. Throws COvInvalidParamException when it does not.

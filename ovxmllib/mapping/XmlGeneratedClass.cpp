@@ -4,6 +4,7 @@
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
 #include "ovxmllib/document/NamespaceAliasMap.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/XmlWriter.h"
 #include "ovxmllib/mapping/AttributeInfo.h"
 #include "ovxmllib/mapping/ElementInfo.h"
@@ -81,7 +82,8 @@ void CXmlGeneratedClass::WriteObject(CXmlWriter* writer, bool isRoot, const WCha
   const bool isElement = info.GetElementType() == XmlElementType_Element;
   if (isElement) {
     if (isRoot) WriteRootFrame(writer, context);
-    writer->StartElement(GetElementNameView(), ViewOf(ns));
+    const PreparedName* const name = writer->FindAnnounced(GetElementNameView(), ns);
+    name != nullptr ? writer->StartPrepared(*name) : writer->StartElement(GetElementNameView(), ViewOf(ns));
     if (isRoot) {
       const CSmartPtr<CAttributeCol> additional = context.GetAdditionalRootAttributes();
       CXmlObjectBase::ToXml_Int(additional, writer, /*isRoot=*/false, ns, context, optionalChoice);
@@ -145,7 +147,7 @@ void CXmlGeneratedClass::WriteTypeAndAttributes(CXmlWriter* writer, const CSeria
     (*entry)->AttributeToXml(context, this, writer);
   }
   for (CElementInfo** entry = GetClassElementInfo(); *entry != nullptr; ++entry) {
-    (*entry)->PseudoChildAttributeToXml(context, this, writer);
+    if ((*entry)->HasPseudoAttributes()) (*entry)->PseudoChildAttributeToXml(context, this, writer);
   }
 }
 

@@ -78,6 +78,11 @@ CBigInteger::CBigInteger(double value) : m_sign(value < 0.0 ? -1 : 1) {
 CBigInteger::CBigInteger(const CDecimal& value) : CBigInteger(value.ToBigInteger()) {}
 
 void CBigInteger::Parse(WStringView text) {
+  const bool isNegative = text.starts_with(u'-');
+  if (const WStringView digits = text.substr(isNegative ? 1 : 0); !digits.empty() && m_magnitude.AssignShort(digits)) {
+    m_sign = isNegative ? -1 : 1;
+    return;
+  }
   const WStringView number = WithoutLeadingSpaces(WithoutTrailingWhitespace(text));
   const bool isPlain = std::all_of(number.begin(), number.end(), IsPlain);
   // Decided: there are no digits in front of a sign at the end, and CDecimal reads "12-"; docs/decisions.md, Values.

@@ -123,6 +123,11 @@ unsigned char* CBinaryData::Extend(std::size_t room) {
   return m_pBlock->Extend(room);
 }
 
+void CBinaryData::ExtendToCapacity(std::size_t least) {
+  Extend(least);
+  m_pBlock->ExtendToCapacity();
+}
+
 void CBinaryData::Shrink(std::size_t length) noexcept { length == 0 ? Clear() : m_pBlock->Shrink(length); }
 
 void CBinaryData::Append(unsigned char byte) { *Extend(1) = byte; }

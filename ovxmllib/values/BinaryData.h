@@ -106,6 +106,8 @@ class OVXMLLIB_API CBinaryData {
   // Makes the data `room` bytes longer and returns where the new ones begin; what stands in them is undefined. The room
   // must not be 0.
   unsigned char* Extend(std::size_t room);
+  // The same for all the room that there is, `least` at least; GetLength tells how much.
+  void ExtendToCapacity(std::size_t least);
   // Cuts the data to its first `length` bytes, keeping the memory for what Extend asks next. Only after Extend, while
   // the data has not been copied; `length` is not above the present one.
   void Shrink(std::size_t length) noexcept;

@@ -45,6 +45,8 @@ class CBinaryDataBlock {
     Reserve(length);
     return m_lpData.get() + std::exchange(m_dwLen, m_dwLen + length);
   }
+  /// Adds the bytes, of undefined value, that there is memory for. Only while nobody else holds the block.
+  void ExtendToCapacity() noexcept { m_dwLen = m_dwCapacity; }
   /// Cuts to the first `length` bytes, which are not 0.
   void Shrink(std::size_t length) noexcept {
     assert(!IsShared() && length > 0 && length <= m_dwLen);

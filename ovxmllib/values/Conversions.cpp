@@ -4,6 +4,7 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/values/Digits.h"
 #include "ovxmllib/values/PrimitiveText.h"
 
 namespace OvXmlLib16 {
@@ -54,7 +55,8 @@ void AppendFormatted(double value, WStringView format, WString& out) {
 }
 
 void AppendFormatted(const CDecimal& value, WStringView format, WString& out) {
-  value.AppendTo(out, ParseInteger<std::uint16_t>(format));
+  const bool isDigit = format.size() == 1 && digits::IsDigit(format.front());
+  value.AppendTo(out, isDigit ? format.front() - u'0' : ParseInteger<std::uint16_t>(format));
 }
 
 }  // namespace primitive_detail

@@ -26,8 +26,12 @@ namespace {
 // The text of a message whose only argument is the type's name.
 using TypeMessage = FormatLiteral<const WChar*>;
 
+[[noreturn]] void ThrowUnknown(CDateTime::DTType type) {
+  throw COvInvalidValueException(FormatString(u"Unknown date type %d.", type));
+}
+
 const WChar* TextOf(CDateTime::DTType type) {
-  if (!datetime::IsType(type)) throw COvInvalidValueException(FormatString(u"Unknown date type %d.", type));
+  if (!datetime::IsType(type)) ThrowUnknown(type);
   return datetime::kTypes[type].text;
 }
 
@@ -374,9 +378,9 @@ void CDateTime::ValidateTime() const {
 }
 
 bool CDateTime::IsSet() const noexcept {
-  const int fields =
-      m_year | m_month | m_day | m_hour | m_minute | m_second | m_milliSecond | m_microSecond | m_nanoSecond;
-  return m_type == dt_time || (m_type != dt_yearZero && fields != 0);
+  if (m_type == dt_yearZero) return false;
+  if (m_type == dt_time || m_year != 0) return true;
+  return (m_month | m_day | m_hour | m_minute | m_second | m_milliSecond | m_microSecond | m_nanoSecond) != 0;
 }
 
 Fields CDateTime::GetFields() const noexcept {

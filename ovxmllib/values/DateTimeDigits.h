@@ -1,16 +1,16 @@
 // Digits of dates and durations: reading them from text, writing them to a buffer.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
 #include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/Digits.h"
 
 namespace OvXmlLib16::datetime {
 
-constexpr bool IsDigit(WChar c) noexcept { return c >= u'0' && c <= u'9'; }
+using digits::IsDigit;
 
 /// Walks over text of a fixed shape. A character that does not fit shows in IsGood at the end; that the text is long
 /// enough is the caller's care.
@@ -57,33 +57,20 @@ inline std::size_t ReadFraction(WStringView text, Fraction& fraction) noexcept {
   return count;
 }
 
-inline constexpr auto kDigitPairs = [] {
-  std::array<std::array<WChar, 2>, 100> pairs{};
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    pairs[i] = {static_cast<WChar>(u'0' + i / 10), static_cast<WChar>(u'0' + i % 10)};
-  }
-  return pairs;
-}();
-
 // Each Put function writes at `out` and returns where it ended.
 
 /// `value` below 100 in two digits.
 inline WChar* PutPair(WChar* out, unsigned value) noexcept {
-  std::memcpy(out, kDigitPairs[value].data(), sizeof kDigitPairs[0]);
+  digits::PutPair(out, value);
   return out + 2;
 }
 
-/// Without leading zeros; 20 digits at most.
+/// Without leading zeros; digits::kMost at most.
 inline WChar* PutNumber(WChar* out, std::uint64_t value) noexcept {
-  WChar digits[20];
-  WChar* first = digits + 20;
-  for (; value >= 100; value /= 100) PutPair(first -= 2, static_cast<unsigned>(value % 100));
-  if (value >= 10) {
-    PutPair(first -= 2, static_cast<unsigned>(value));
-  } else {
-    *--first = static_cast<WChar>(u'0' + value);
-  }
-  const auto count = static_cast<std::size_t>(digits + 20 - first);
+  WChar number[digits::kMost];
+  WChar* const end = number + digits::kMost;
+  const WChar* const first = digits::PutNumber(end, value);
+  const auto count = static_cast<std::size_t>(end - first);
   std::memcpy(out, first, count * sizeof(WChar));
   return out + count;
 }

@@ -4,12 +4,14 @@
 #include <array>
 #include <atomic>
 #include <charconv>
+#include <iterator>
 #include <ostream>
 #include <utility>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/foundation/WhitespaceUtils.h"
+#include "ovxmllib/values/Digits.h"
 
 namespace OvXmlLib16 {
 
@@ -31,7 +33,10 @@ constexpr unsigned kMaxExponent = 1000;
 constexpr int kPlacesOfDouble = 13;
 constexpr std::size_t kDigitsOfDouble = 309;
 
-constexpr bool IsDigit(WChar c) noexcept { return c >= u'0' && c <= u'9'; }
+// On either side of the point, for what works with a word each.
+constexpr std::ptrdiff_t kShortDigits = digits::kSafe;
+
+using digits::IsDigit;
 constexpr bool IsSign(WChar c) noexcept { return c == u'-' || c == u'+'; }
 
 [[noreturn]] void ThrowInvalidCharacter(std::size_t position, WStringView text) {
@@ -117,9 +122,16 @@ CDecimal::CDecimal(double value) {
   Parse({wide.data(), static_cast<std::size_t>(end - text.data())});
 }
 
-CDecimal& CDecimal::operator=(const CDecimal& other) { return *this = CDecimal(other); }
+CDecimal& CDecimal::operator=(const CDecimal& other) {
+  if (!IsInPlace() || !other.IsInPlace()) return *this = CDecimal(other);
+  m_integerPart = other.m_integerPart;
+  m_fractionPart = other.m_fractionPart;
+  m_fractionDivider = other.m_fractionDivider;
+  return *this;
+}
 
 void CDecimal::Parse(WStringView text) {
+  if (ParseShort(text)) return Round();
   const DecimalText parts(text);
   m_integerPart.m_magnitude.AssignDigits(parts.whole);
   m_fractionPart.m_magnitude.AssignDigits(parts.fraction);
@@ -127,6 +139,36 @@ void CDecimal::Parse(WStringView text) {
   if (parts.isNegative) Negate();
   if (parts.hasExponent) Scale(parts.isExponentNegative, parts.exponent);
   Tidy();
+}
+
+// Reads what most texts are, without zeros at the end of the fraction; returns false for others, with nothing changed:
+//
+//   ["-"] *18digit [ "." *18digit ]
+bool CDecimal::ParseShort(WStringView text) noexcept {
+  const WChar *at = text.data(), *const end = at + text.size();
+  const bool isNegative = at != end && *at == u'-';
+  const WChar* start = at += isNegative ? 1 : 0;
+  const DecimalLimbs::Limb whole = digits::Take(at, end);
+  if (at - start > kShortDigits) return false;
+
+  DecimalLimbs::Limb fraction = 0;
+  std::ptrdiff_t places = 1;
+  bool dropsPlaces = false;
+  if (at != end && *at == u'.') {
+    start = ++at;
+    fraction = digits::Take(at, end);
+    places = std::max(at - start, std::ptrdiff_t{1});
+    if (places > kShortDigits) return false;
+    for (; places > 1 && start[places - 1] == u'0'; --places, dropsPlaces = true) fraction /= 10;
+  }
+  if (at != end) return false;
+
+  m_integerPart.m_magnitude.AssignLimb(whole);
+  m_fractionPart.m_magnitude.AssignLimb(fraction);
+  m_fractionDivider = places;
+  if (isNegative) Negate();
+  if (dropsPlaces && fraction == 0) m_fractionPart.Abs();  // as Rationalise does
+  return true;
 }
 
 // What multiplying by the power of ten gives, or dividing by it, done by moving digits.
@@ -221,6 +263,10 @@ void CDecimal::Carry() {
 
 void CDecimal::Tidy() {
   Rationalise();
+  Round();
+}
+
+void CDecimal::Round() {
   const std::int64_t kept = PlacesKept();
   if (m_fractionDivider > kept) ChangeFractionalDivider(kept);
 }
@@ -296,6 +342,7 @@ void CDecimal::AppendTo(WString& out) const {
     m_integerPart.AppendTo(out);
     return;
   }
+  if (AppendShort(out, m_fractionDivider)) return;
   if (IsNegative()) out += u'-';
   m_integerPart.m_magnitude.AppendTo(out);
   out += u'.';
@@ -313,6 +360,7 @@ void CDecimal::AppendTo(WString& out, std::int32_t places) const {
   const std::int64_t kept = std::max(places, 0);
   // There is nothing to round, and the places that rounding works with would be enough.
   if (m_fractionDivider <= kept && kept < GetMaxDecimalPlaces()) {
+    if (AppendShort(out, kept)) return;
     AppendCut(out, static_cast<std::size_t>(kept));
     out.append(static_cast<std::size_t>(kept - m_fractionDivider), u'0');
     return;
@@ -321,6 +369,23 @@ void CDecimal::AppendTo(WString& out, std::int32_t places) const {
   if (IsNegative()) half.Negate();
   half.Tidy();
   (half + *this).AppendCut(out, static_cast<std::size_t>(kept));
+}
+
+// Appends all digits, and zeros up to `places`, of which the number has no more, where both parts fit a word each;
+// returns false where they do not.
+bool CDecimal::AppendShort(WString& out, std::int64_t places) const {
+  const DecimalLimbs &whole = m_integerPart.m_magnitude, &fraction = m_fractionPart.m_magnitude;
+  if (!whole.IsLimb() || !fraction.IsLimb() || places > kShortDigits) return false;
+  WChar text[1 + kShortDigits + 1 + kShortDigits];
+  WChar* const end = std::end(text);
+  const auto zeros = static_cast<std::size_t>(places - m_fractionDivider);
+  WChar* first =
+      digits::PutLast(end, fraction.ToLimb() * digits::kPowersOfTen[zeros], static_cast<std::size_t>(places));
+  *--first = u'.';
+  first = digits::PutNumber(first, whole.ToLimb());
+  if (IsNegative()) *--first = u'-';
+  out.append(first, static_cast<std::size_t>(end - first));
+  return true;
 }
 
 void CDecimal::AppendCut(WString& out, std::size_t places) const {

@@ -133,6 +133,7 @@ class OVXMLLIB_API CDecimal {
   CDecimal(CBigInteger whole, CBigInteger fraction, std::int64_t divider) noexcept;
 
   void Parse(WStringView text);
+  bool ParseShort(WStringView text) noexcept;
   // Applies an exponent of ten.
   void Scale(bool isNegative, std::size_t exponent);
 
@@ -149,13 +150,19 @@ class OVXMLLIB_API CDecimal {
   void ChangeFractionalDivider(std::int64_t places);
   // Brings the fraction below one, and both parts to one sign.
   void Carry();
-  // Without zeros at the end, and not more places than are kept.
+  // Not more places than are kept.
+  void Round();
+  // The same, and without zeros at the end.
   void Tidy();
 
   template <class Test>
   static bool TestFractions(const CDecimal& a, const CDecimal& b, Test test);
 
   bool IsNegative() const noexcept { return m_integerPart.m_sign < 0; }
+  bool IsInPlace() const noexcept {
+    return m_integerPart.m_magnitude.IsInPlace() && m_fractionPart.m_magnitude.IsInPlace();
+  }
+  bool AppendShort(WString& out, std::int64_t places) const;
   void AppendCut(WString& out, std::size_t places) const;
   std::size_t Hash() const;
 

@@ -1,13 +1,13 @@
 #include "ovxmllib/values/DecimalLimbs.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <cassert>
 #include <limits>
 #include <new>
 #include <type_traits>
 
+#include "ovxmllib/values/Digits.h"
 #include "ovxmllib/values/LimbKernels.h"
 
 namespace OvXmlLib16 {
@@ -18,38 +18,14 @@ using limbs::kDigitsPerLimb;
 using Limb = DecimalLimbs::Limb;
 static_assert(std::is_same_v<Limb, limbs::Limb>);
 
-constexpr auto kPowersOfTen = [] {
-  std::array<Limb, kDigitsPerLimb + 1> powers{};
-  powers[0] = 1;
-  for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
-  return powers;
-}();
-
-// Both digits of every number below 100.
-constexpr auto kDigitPairs = [] {
-  std::array<std::array<WChar, 2>, 100> pairs{};
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    pairs[i] = {static_cast<WChar>(u'0' + i / 10), static_cast<WChar>(u'0' + i % 10)};
-  }
-  return pairs;
-}();
-
-constexpr bool IsDigit(WChar c) noexcept { return c >= u'0' && c <= u'9'; }
+using digits::IsDigit;
+using digits::kPowersOfTen;
+static_assert(kDigitsPerLimb == digits::kSafe);
 
 // The logarithm of 2 is nearly 1233 / 4096, and for 60 bits never one digit too many.
 unsigned DigitsOf(Limb limb) noexcept {
   const unsigned digits = static_cast<unsigned>(std::bit_width(limb)) * 1233 / 4096;
   return digits + (limb >= kPowersOfTen[digits] ? 1 : 0);
-}
-
-// Writes the last `count` digits so that they end at `end`, and returns where they begin.
-WChar* PutDigits(Limb limb, unsigned count, WChar* end) noexcept {
-  for (; count >= 2; count -= 2, limb /= 100) {
-    end -= 2;
-    std::copy_n(kDigitPairs[limb % 100].data(), 2, end);
-  }
-  if (count != 0) *--end = static_cast<WChar>(u'0' + limb % 10);
-  return end;
 }
 
 // The next `count` digits as a number, whatever stands between them.
@@ -67,10 +43,10 @@ Limb TakeDigits(WStringView::iterator& at, std::size_t count) noexcept {
 
 void DecimalLimbs::CopyLarge(const DecimalLimbs& other) {
   m_size = 0;
-  *this = other;
+  AssignLarge(other);
 }
 
-DecimalLimbs& DecimalLimbs::operator=(const DecimalLimbs& other) {
+DecimalLimbs& DecimalLimbs::AssignLarge(const DecimalLimbs& other) {
   if (this == &other) return *this;
   Renew(other.m_size);
   std::copy_n(other.Data(), m_size, Data());
@@ -111,6 +87,15 @@ void DecimalLimbs::Extend(std::size_t size) {
 
 void DecimalLimbs::Trim() noexcept { m_size = static_cast<std::uint32_t>(limbs::Trimmed(View()).size()); }
 
+bool DecimalLimbs::AssignShort(WStringView text) noexcept {
+  if (text.size() > kDigitsPerLimb) return false;
+  const WChar *at = text.data(), *const end = at + text.size();
+  const Limb limb = digits::Take(at, end);
+  if (at != end) return false;
+  AssignLimb(limb);
+  return true;
+}
+
 void DecimalLimbs::AssignDigits(WStringView text) {
   const auto first = std::find_if(text.begin(), text.end(), [](WChar c) { return c >= u'1' && c <= u'9'; });
   const auto digits = static_cast<std::size_t>(std::count_if(first, text.end(), IsDigit));
@@ -121,13 +106,21 @@ void DecimalLimbs::AssignDigits(WStringView text) {
 }
 
 void DecimalLimbs::AppendTo(WString& out, std::size_t width) const {
+  if (IsLimb() && width <= kDigitsPerLimb) {
+    WChar text[kDigitsPerLimb];
+    WChar* const end = text + kDigitsPerLimb;
+    const WChar* const first =
+        width > 1 ? digits::PutLast(end, ToLimb(), std::max(width, DigitCount())) : digits::PutNumber(end, ToLimb());
+    out.append(first, static_cast<std::size_t>(end - first));
+    return;
+  }
   const std::size_t digits = DigitCount(), length = std::max(digits, std::max<std::size_t>(width, 1));
   out.append(length, u'0');
   if (digits == 0) return;
   WChar* end = out.data() + out.size();
   const Limb* const limb = Data();
-  for (std::size_t i = 0; i + 1 < m_size; ++i) end = PutDigits(limb[i], kDigitsPerLimb, end);
-  PutDigits(limb[m_size - 1], static_cast<unsigned>(digits - (m_size - 1) * kDigitsPerLimb), end);
+  for (std::size_t i = 0; i + 1 < m_size; ++i) end = digits::PutLast(end, limb[i], kDigitsPerLimb);
+  digits::PutNumber(end, limb[m_size - 1]);
 }
 
 std::size_t DecimalLimbs::DigitCount() const noexcept {
@@ -241,6 +234,7 @@ void DecimalLimbs::ShiftLeft(std::size_t digits) {
 }
 
 void DecimalLimbs::ShiftRight(std::size_t digits) noexcept {
+  if (digits == 0) return;
   const std::size_t whole = digits / kDigitsPerLimb, part = digits % kDigitsPerLimb;
   if (whole >= m_size) {
     m_size = 0;

@@ -47,7 +47,12 @@ class OVXMLLIB_API DecimalLimbs {
   }
   /// Leaves zero behind.
   DecimalLimbs(DecimalLimbs&& other) noexcept { TakeFrom(other); }
-  DecimalLimbs& operator=(const DecimalLimbs& other);
+  DecimalLimbs& operator=(const DecimalLimbs& other) {
+    if (!IsInPlace() || !other.IsInPlace()) return AssignLarge(other);
+    std::memcpy(m_inline, other.m_inline, sizeof m_inline);
+    m_size = other.m_size;
+    return *this;
+  }
   DecimalLimbs& operator=(DecimalLimbs&& other) noexcept {
     if (this != &other) {
       Free();
@@ -62,10 +67,24 @@ class OVXMLLIB_API DecimalLimbs {
 
   /// The number that the digits in `text` make, most significant first; whatever else stands there is passed over.
   void AssignDigits(WStringView text);
+  /// The same for a text that is nothing but digits, a limb's at most. Returns false, and changes nothing, for others.
+  bool AssignShort(WStringView text) noexcept;
+  /// A number that fits a limb.
+  void AssignLimb(Limb limb) noexcept {
+    Free();
+    m_inline[0] = limb;
+    m_size = limb == 0 ? 0 : 1;
+    m_capacity = kInlineLimbs;
+  }
   /// Appends the digits, filled up with zeros in front to `width`; zero is "0" at least.
   void AppendTo(WString& out, std::size_t width = 1) const;
 
   bool IsZero() const noexcept { return m_size == 0; }
+  /// Whether the digits stand in the object itself; copying one such number to another cannot fail.
+  bool IsInPlace() const noexcept { return m_capacity == kInlineLimbs; }
+  /// Whether the number fits a limb, and that limb.
+  bool IsLimb() const noexcept { return m_size <= 1; }
+  Limb ToLimb() const noexcept { return m_size == 0 ? 0 : Data()[0]; }
   /// The number of digits; 0 for zero.
   std::size_t DigitCount() const noexcept;
   /// How many zeros the number ends in; 0 for zero.
@@ -118,6 +137,7 @@ class OVXMLLIB_API DecimalLimbs {
   void Free() noexcept {
     if (m_capacity > kInlineLimbs) delete[] m_heap;
   }
+  DecimalLimbs& AssignLarge(const DecimalLimbs& other);
   // For a new object.
   void CopyLarge(const DecimalLimbs& other);
   // Whatever memory this object had is no longer its own.

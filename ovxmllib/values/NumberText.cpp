@@ -1,14 +1,17 @@
 #include "ovxmllib/values/NumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <type_traits>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/values/Digits.h"
 
 namespace OvXmlLib16 {
 
@@ -83,7 +86,7 @@ struct RealForm<double> {
   throw COvInvalidValueException(FormatString(message, text));
 }
 
-constexpr bool IsDigit(WChar c) noexcept { return c >= u'0' && c <= u'9'; }
+using digits::IsDigit;
 
 // White space of the C library in its own locale.
 WStringView SkipWhiteSpace(WStringView text) noexcept {
@@ -101,16 +104,17 @@ bool TakeSign(WStringView& text) noexcept {
   return isNegative;
 }
 
-// Takes digits from the front; `fits` becomes false when their number is above `limit`.
+// Takes digits from the front; `fits` tells whether their number is not above `limit`.
 std::uint64_t TakeDigits(WStringView& text, std::uint64_t limit, bool& fits) noexcept {
-  std::uint64_t value = 0;
-  std::size_t i = 0;
-  for (; i < text.size() && IsDigit(text[i]); ++i) {
-    const auto digit = static_cast<std::uint64_t>(text[i] - u'0');
+  const WChar *at = text.data(), *const end = at + text.size();
+  std::uint64_t value = digits::Take(at, at + std::min(text.size(), digits::kSafe));
+  fits = value <= limit;
+  for (; at != end && IsDigit(*at); ++at) {
+    const auto digit = static_cast<std::uint64_t>(*at - u'0');
     if (value > (limit - digit) / 10) fits = false;
     value = value * 10 + digit;
   }
-  text.remove_prefix(i);
+  text.remove_prefix(text.size() - static_cast<std::size_t>(end - at));
   return value;
 }
 
@@ -119,6 +123,16 @@ template <class T>
 constexpr std::uint64_t GreatestMagnitude(bool isNegative) noexcept {
   constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<T>::max());
   return std::is_signed_v<T> && isNegative ? kMax + 1 : kMax;
+}
+
+// Reads a text of nothing but digits, so few that they fit whatever they are.
+template <class T>
+bool ReadShort(WStringView text, std::uint64_t& value) noexcept {
+  constexpr std::size_t kMost = std::min<std::size_t>(std::numeric_limits<T>::digits10, digits::kSafe);
+  if (text.empty() || text.size() > kMost) return false;
+  const WChar *at = text.data(), *const end = at + text.size();
+  value = digits::Take(at, end);
+  return at == end;
 }
 
 // The text in ASCII for std::from_chars, with "?" for what is not, which no number has.
@@ -184,23 +198,17 @@ void AppendAnyReal(T value, WString& out) {
   AppendFinite(value, out);
 }
 
-template <class T>
-void AppendAnyInteger(T value, WString& out) {
-  std::array<char, 20> buffer;
-  const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-  AppendAscii({buffer.data(), static_cast<std::size_t>(end - buffer.data())}, out);
-}
-
 }  // namespace
 
 template <class T>
 T ParseInteger(WStringView text) {
   using Form = IntegerForm<T>;
   if constexpr (std::is_same_v<T, typename Form::Reader>) {
+    if (std::uint64_t value = 0; ReadShort<T>(text, value)) return static_cast<T>(value);
     WStringView rest = SkipWhiteSpace(text);
     const bool isNegative = TakeSign(rest);
     const bool hasDigits = !rest.empty() && IsDigit(rest.front());
-    bool fits = true;
+    bool fits = false;
     const std::uint64_t magnitude = TakeDigits(rest, GreatestMagnitude<T>(isNegative), fits);
     if (!fits) Throw(Form::kTooLarge, text);
     if (!hasDigits || !rest.empty()) Throw(Form::kNoNumber, text);
@@ -236,8 +244,21 @@ T ParseReal(WStringView text) {
 template float ParseReal(WStringView);
 template double ParseReal(WStringView);
 
-void AppendInteger(std::int64_t value, WString& out) { AppendAnyInteger(value, out); }
-void AppendInteger(std::uint64_t value, WString& out) { AppendAnyInteger(value, out); }
+void AppendInteger(std::int64_t value, WString& out) {
+  WChar text[1 + digits::kMost];
+  WChar* const end = std::end(text);
+  const auto word = static_cast<std::uint64_t>(value);
+  WChar* first = digits::PutNumber(end, value < 0 ? 0 - word : word);
+  if (value < 0) *--first = u'-';
+  out.append(first, static_cast<std::size_t>(end - first));
+}
+
+void AppendInteger(std::uint64_t value, WString& out) {
+  WChar text[digits::kMost];
+  WChar* const end = std::end(text);
+  const WChar* const first = digits::PutNumber(end, value);
+  out.append(first, static_cast<std::size_t>(end - first));
+}
 
 void AppendTwoDigits(std::uint8_t value, WString& out) {
   if (value < 10) out += u'0';

@@ -15,7 +15,35 @@ namespace {
   throw COvException(FormatString(u"Invalid Type %d to convert to string", type));
 }
 
+template <ItemType kType>
+void Print(const OvVariant& value, WStringView format, WString& out) {
+  AppendPrimitive<kType>(value.Get<kType>(), format, out);
+}
+
+template <ItemType kType>
+void Read(OvVariant& value, WStringView text, CWhitespaceUtils::WhitespaceRule rule) {
+  WString scratch;
+  const WStringView normalised = CWhitespaceUtils::ApplyRule(rule, text, scratch);
+  if constexpr (kType == ItemType_string) {
+    value.Set<kType>(normalised);
+  } else {
+    value.Set<kType>(ParsePrimitive<kType>(normalised));
+  }
+}
+
+// By type.
+constexpr auto kPrinters = MakePrimitiveTable([](auto row) { return &Print<row.kType>; });
+constexpr auto kReaders = MakePrimitiveTable([](auto row) { return &Read<row.kType>; });
+
 }  // namespace
+
+OvVariant::OvVariant(const OvVariant& other)
+    : m_isNil(other.m_isNil),
+      m_form(other.m_form),
+      m_type(other.m_type),
+      m_text(other.m_form == kFormOf<WString> ? WStringView(other.m_text) : WStringView()),
+      m_dateTime(other.m_dateTime),
+      m_owned(other.m_owned) {}
 
 OvVariant& OvVariant::operator=(OvVariant&& other) noexcept {
   if (this == &other) return *this;
@@ -26,34 +54,23 @@ OvVariant& OvVariant::operator=(OvVariant&& other) noexcept {
 
 void OvVariant::Swap(OvVariant& other) noexcept {
   std::swap(m_isNil, other.m_isNil);
+  std::swap(m_form, other.m_form);
   std::swap(m_type, other.m_type);
-  m_value.swap(other.m_value);
+  m_text.swap(other.m_text);
+  std::swap(m_dateTime, other.m_dateTime);
+  m_owned.swap(other.m_owned);
 }
+
+void OvVariant::DestroyOwned() noexcept { m_owned.emplace<Scalar>(); }
+
+void OvVariant::FreeText() noexcept { WString().swap(m_text); }
 
 void OvVariant::Clear() noexcept {
-  m_value.emplace<std::monostate>();
-  m_type = ItemType_none;
-  m_isNil = false;
+  HoldNothing(ItemType_none, /*isNil=*/false);
+  FreeText();
 }
 
-void OvVariant::ClearForReuse() noexcept {
-  constexpr std::size_t kLargeText = 4096;  // code units
-  if (auto* text = std::get_if<WString>(&m_value); text != nullptr) {
-    if (text->capacity() > kLargeText) return Clear();
-    text->clear();
-  } else if (std::holds_alternative<CSmartPtr<CXmlObjectBase>>(m_value) ||
-             std::holds_alternative<CBinaryData>(m_value) || std::holds_alternative<CDecimal>(m_value) ||
-             std::holds_alternative<CBigInteger>(m_value)) {
-    return Clear();
-  }
-  m_type = ItemType_none;
-  m_isNil = false;
-}
-
-void OvVariant::SetNil() noexcept {
-  m_value.emplace<std::monostate>();
-  m_isNil = true;
-}
+void OvVariant::SetNil() noexcept { HoldNothing(m_type, /*isNil=*/true); }
 
 WString OvVariant::GetType() const {
   WString name;
@@ -69,38 +86,30 @@ WString OvVariant::ToString(const WChar* format) const {
 }
 
 void OvVariant::AppendTo(WString& out, WStringView format) const {
-  const auto append = [&](auto row) { AppendPrimitive<row.kType>(Get<row.kType>(), format, out); };
-  if (!VisitPrimitive(m_type, append)) ThrowNoText(m_type);
+  if (!IsPrimitive(m_type)) ThrowNoText(m_type);
+  kPrinters[static_cast<std::size_t>(m_type)](*this, format, out);
 }
 
 void OvVariant::FromString(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
-  const auto read = [&](auto row) {
-    WString scratch;
-    const WStringView normalised = CWhitespaceUtils::ApplyRule(rule, text, scratch);
-    if constexpr (row.kType == ItemType_string) {
-      Set<ItemType_string>(normalised);
-    } else {
-      Set<row.kType>(ParsePrimitive<row.kType>(normalised));
-    }
-  };
-  if (!VisitPrimitive(type, read)) ThrowNoText(type);
+  if (!IsPrimitive(type)) ThrowNoText(type);
+  kReaders[static_cast<std::size_t>(type)](*this, text, rule);
 }
 
 void OvVariant::SetXmlObject(CXmlObjectBase* object) {
-  m_value = CSmartPtr<CXmlObjectBase>(object);
-  m_type = ItemType_XmlObjectBase;
-  m_isNil = false;
+  CSmartPtr<CXmlObjectBase> reference(object);
+  HoldNothing(ItemType_XmlObjectBase, /*isNil=*/false);
+  m_owned = std::move(reference);
 }
 
 CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {
   assert(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection);
-  const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
+  const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_owned);
   return object == nullptr ? CSmartPtr<CXmlObjectBase>() : *object;
 }
 
 CSmartPtr<CXmlObjectBase> OvVariant::TakeXmlObject() noexcept {
   assert(m_type == ItemType_XmlObjectBase || m_type == ItemType_XmlCollection);
-  auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
+  auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_owned);
   return object == nullptr ? CSmartPtr<CXmlObjectBase>() : std::move(*object);
 }
 
@@ -110,7 +119,7 @@ void OvVariant::SetXmlCollection(CXmlCollectionBase* collection) {
 }
 
 CSmartPtr<CXmlCollectionBase> OvVariant::GetXmlCollection() const {
-  const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_value);
+  const auto* object = std::get_if<CSmartPtr<CXmlObjectBase>>(&m_owned);
   const bool isCollection = m_type == ItemType_XmlCollection && object != nullptr;
   assert(isCollection && *object != nullptr);
   return isCollection ? static_cast<CXmlCollectionBase*>(static_cast<CXmlObjectBase*>(*object)) : nullptr;

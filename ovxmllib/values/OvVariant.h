@@ -2,7 +2,11 @@
 #pragma once
 
 #include <cassert>
+#include <cstddef>
 #include <cstdint>
+#include <new>
+#include <type_traits>
+#include <utility>
 #include <variant>
 
 #include "ovxmllib/binding/Enumerations.h"
@@ -29,18 +33,21 @@ struct OVXMLLIB_API OvVariant {
  public:
   /// Invalid.
   OvVariant() noexcept = default;
-  OvVariant(const OvVariant& other) = default;
+  OvVariant(const OvVariant& other);
   OvVariant(OvVariant&& other) noexcept : OvVariant() { Swap(other); }
-  OvVariant& operator=(const OvVariant& other) = default;
+  OvVariant& operator=(const OvVariant& other) { return *this = OvVariant(other); }
   OvVariant& operator=(OvVariant&& other) noexcept;
   virtual ~OvVariant() = default;
 
   /// Makes it invalid and gives up the value, or the reference to the object.
   void Clear() noexcept;
-  /// The same.
-  void SetInvalid() noexcept { Clear(); }
-  /// The same, but the memory of a text is kept for the next one unless it is large: for variants that are used again.
-  void ClearForReuse() noexcept;
+  /// The same, but the memory of a text is kept for the next one unless it is large: for getters, whose variant serves
+  /// one property after the other.
+  void SetInvalid() noexcept {
+    constexpr std::size_t kLargeText = 4096;  // code units
+    HoldNothing(ItemType_none, /*isNil=*/false);
+    if (m_text.capacity() > kLargeText) FreeText();
+  }
   /// Whether it holds a value or is nil.
   bool IsValid() const noexcept { return m_type != ItemType_none || m_isNil; }
 
@@ -137,36 +144,101 @@ struct OVXMLLIB_API OvVariant {
   /// The value of a type known at compile time, valid until the variant changes; as the getters, for generic code.
   template <ItemType kType>
   const typename Primitive<kType>::Value& Get() const noexcept {
+    using Value = typename Primitive<kType>::Value;
     assert(m_type == kType);
-    const auto* value = std::get_if<typename Primitive<kType>::Value>(&m_value);
-    if (value != nullptr) return *value;
-    static const typename Primitive<kType>::Value kNone{};
-    return kNone;
+    return m_form == kFormOf<Value> ? At<Value>() : NoValue<Value>();
   }
 
-  /// The setter of a type known at compile time. The memory of a value of the same type is used again.
+  /// The setter of a type known at compile time. The memory of a text, and of a value of the same type, is used again.
   template <ItemType kType, class T>
   void Set(T&& value) {
     using Value = typename Primitive<kType>::Value;
-    Value* held = std::get_if<Value>(&m_value);
-    if (held != nullptr) {
-      *held = std::forward<T>(value);
-    } else {
-      m_value.template emplace<Value>(std::forward<T>(value));
-    }
+    Store<Value>(std::forward<T>(value));
+    m_form = kFormOf<Value>;
     m_type = kType;
     m_isNil = false;
   }
 
  private:
+  // Room for a value of up to eight bytes that owns nothing.
+  struct Scalar {
+    alignas(8) std::byte bytes[8];
+  };
+
+  // Which C++ type a value has: the first primitive type with values of it.
+  using Form = std::uint8_t;
+  static constexpr Form kNoForm = ItemType_none;
+  template <class Value, int kFrom = ItemType_hexBinary>
+  static consteval Form FindForm() {
+    if constexpr (std::is_same_v<typename Primitive<static_cast<ItemType>(kFrom)>::Value, Value>) {
+      return kFrom;
+    } else {
+      return FindForm<Value, kFrom + 1>();
+    }
+  }
+  template <class Value>
+  static constexpr Form kFormOf = FindForm<Value>();
+
+  template <class Value>
+  const Value& At() const noexcept {
+    if constexpr (std::is_same_v<Value, WString>) {
+      return m_text;
+    } else if constexpr (std::is_same_v<Value, CDateTime>) {
+      return m_dateTime;
+    } else if constexpr (std::is_arithmetic_v<Value>) {
+      return *std::launder(reinterpret_cast<const Value*>(std::get_if<Scalar>(&m_owned)->bytes));
+    } else {
+      return *std::get_if<Value>(&m_owned);
+    }
+  }
+
+  // The value first, which may throw or be part of what was there; only then that goes.
+  template <class Value, class T>
+  void Store(T&& value) {
+    if constexpr (std::is_same_v<Value, WString>) {
+      m_text = std::forward<T>(value);
+      GiveUpOwned();
+    } else if constexpr (std::is_same_v<Value, CDateTime>) {
+      m_dateTime = std::forward<T>(value);
+      GiveUpOwned();
+    } else if constexpr (std::is_arithmetic_v<Value>) {
+      const auto copy = static_cast<Value>(value);
+      GiveUpOwned();
+      ::new (std::get_if<Scalar>(&m_owned)->bytes) Value(copy);
+    } else if (Value* const held = std::get_if<Value>(&m_owned); held != nullptr) {
+      *held = std::forward<T>(value);
+    } else {
+      m_owned.template emplace<Value>(Value(std::forward<T>(value)));
+    }
+  }
+
+  template <class Value>
+  static const Value& NoValue() noexcept {
+    static const Value kNone{};
+    return kNone;
+  }
+
+  void GiveUpOwned() noexcept {
+    if (!std::holds_alternative<Scalar>(m_owned)) DestroyOwned();
+  }
+  void DestroyOwned() noexcept;
+  void FreeText() noexcept;
+  void HoldNothing(ItemType type, bool isNil) noexcept {
+    GiveUpOwned();
+    m_form = kNoForm;
+    m_type = type;
+    m_isNil = isNil;
+  }
   void Swap(OvVariant& other) noexcept;
 
   bool m_isNil = false;
+  Form m_form = kNoForm;  // of the value that there is: none for an object, for nil and for an invalid variant
   ItemType m_type = ItemType_none;
-  std::variant<std::monostate, bool, std::int8_t, std::int16_t, std::int32_t, std::int64_t, std::uint8_t, std::uint16_t,
-               std::uint32_t, std::uint64_t, float, double, WChar, WString, CBinaryData, CDateTime, CDateTimeSpan,
-               CDecimal, CBigInteger, CSmartPtr<CXmlObjectBase>>
-      m_value;
+  // A text and a date stand by themselves, so that the one keeps its memory and the other, which has a virtual
+  // destructor, needs no call. What they hold while m_form is another does not count.
+  WString m_text;
+  CDateTime m_dateTime;
+  std::variant<Scalar, CBinaryData, CDateTimeSpan, CDecimal, CBigInteger, CSmartPtr<CXmlObjectBase>> m_owned;
 };
 
 }  // namespace OvXmlLib16

@@ -1,6 +1,7 @@
 // The primitive types of the schema, one row each.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <utility>
 
@@ -57,14 +58,35 @@ template <> struct Primitive<ItemType_decimal> : primitive_detail::Row<ItemType_
 template <> struct Primitive<ItemType_integer> : primitive_detail::Row<ItemType_integer, CBigInteger> { static constexpr WStringView kName = u"integer"; };
 // clang-format on
 
+/// Whether the type has a row.
+constexpr bool IsPrimitive(ItemType type) noexcept { return type >= ItemType_hexBinary && type <= ItemType_integer; }
+
+namespace primitive_detail {
+
+// By their number, from 0.
+template <int kNumber>
+using RowAt = Primitive<static_cast<ItemType>(ItemType_hexBinary + kNumber)>;
+using RowNumbers = std::make_integer_sequence<int, ItemType_integer - ItemType_hexBinary + 1>;
+
+}  // namespace primitive_detail
+
 /// Calls `visit` with the row of `type`; returns false, without a call, for a type that is no primitive.
 template <class Visitor>
 bool VisitPrimitive(ItemType type, Visitor&& visit) {
-  constexpr int kFirst = ItemType_hexBinary, kCount = ItemType_integer - ItemType_hexBinary + 1;
-  return [&]<int... kIndex>(std::integer_sequence<int, kIndex...>) {
-    return ((type == kFirst + kIndex && (visit(Primitive<static_cast<ItemType>(kFirst + kIndex)>()), true)) || ...);
+  return [&]<int... kNumber>(std::integer_sequence<int, kNumber...>) {
+    return ((type == ItemType_hexBinary + kNumber && (visit(primitive_detail::RowAt<kNumber>()), true)) || ...);
   }
-  (std::make_integer_sequence<int, kCount>());
+  (primitive_detail::RowNumbers());
+}
+
+/// What `make` returns for each row, by type, and a value-initialised one for ItemType_none. For tables of functions,
+/// one for each type, where the visitor would make one function of all that pays for the longest.
+template <class Make>
+constexpr auto MakePrimitiveTable(Make make) {
+  return [&]<int... kNumber>(std::integer_sequence<int, kNumber...>) {
+    return std::array{decltype(make(primitive_detail::RowAt<0>())){}, make(primitive_detail::RowAt<kNumber>())...};
+  }
+  (primitive_detail::RowNumbers());
 }
 
 }  // namespace OvXmlLib16

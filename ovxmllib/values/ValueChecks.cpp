@@ -5,7 +5,6 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/values/Pattern.h"
-#include "ovxmllib/values/PrimitiveText.h"
 
 namespace OvXmlLib16 {
 
@@ -14,12 +13,6 @@ namespace {
 template <class T>
 concept PartiallyOrdered = std::same_as<T, CDateTime> || std::same_as<T, CDateTimeSpan>;
 
-template <ItemType kType>
-typename Primitive<kType>::Value Bound(WStringView text) {
-  WString scratch;
-  return ParsePrimitive<kType>(CWhitespaceUtils::ApplyRule(CWhitespaceUtils::WhitespaceRule_Collapse, text, scratch));
-}
-
 // The four bounds, where what cannot be told does not fail.
 template <ItemType kType>
 bool HoldsBounds(const typename Primitive<kType>::Value& value, const CPrimitiveRestrictions& facets) {
@@ -27,9 +20,9 @@ bool HoldsBounds(const typename Primitive<kType>::Value& value, const CPrimitive
   const auto holds = [&](WStringView bound, auto isOutside, auto isInside) {
     if (bound.empty()) return true;
     if constexpr (PartiallyOrdered<Value>) {
-      return !isOutside(value.CompareTo(Bound<kType>(bound)));
+      return !isOutside(value.CompareTo(ParseBound<kType>(bound)));
     } else {
-      return isInside(value, Bound<kType>(bound));
+      return isInside(value, ParseBound<kType>(bound));
     }
   };
   using Order = CDateTime;

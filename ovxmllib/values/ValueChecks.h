@@ -6,6 +6,7 @@
 #include "ovxmllib/values/OvVariant.h"
 #include "ovxmllib/values/PrimitiveRestrictions.h"
 #include "ovxmllib/values/PrimitiveRows.h"
+#include "ovxmllib/values/PrimitiveText.h"
 
 namespace OvXmlLib16 {
 
@@ -31,6 +32,13 @@ void CheckPrimitiveValue(const WChar* name, const OvVariant& value, ItemType typ
 template <ItemType kType>
 void CheckPrimitive(WStringView name, const typename Primitive<kType>::Value& value,
                     const CPrimitiveRestrictions& facets);
+
+/// The value of a bound.
+template <ItemType kType>
+typename Primitive<kType>::Value ParseBound(WStringView text) {
+  WString scratch;
+  return ParsePrimitive<kType>(CWhitespaceUtils::ApplyRule(CWhitespaceUtils::WhitespaceRule_Collapse, text, scratch));
+}
 
 /// Whether there is any facet to check.
 bool HasFacets(const CPrimitiveRestrictions& facets) noexcept;

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/WellKnownNamespaces.h"
 #include "tests/support/Documents.h"
 #include "tests/support/Thrown.h"
@@ -145,7 +146,7 @@ void PlaceEverywhere(WStringView mark, const Visitor& visit) {
       while (text.size() < length) text += filler;
       return text;
     };
-    for (const auto& [first, last] : {std::pair{0u, 40u}, {2036u, 2056u}, {4084u, 4104u}}) {
+    for (const auto& [first, last] : {std::pair{0u, 40u}, {246u, 266u}, {4084u, 4104u}}) {
       for (std::size_t position = first; position <= last; ++position) {
         for (const auto behind : {0u, 1u, 4u, 9u}) visit(fill(position) + WString(mark) + fill(behind), position);
       }
@@ -171,7 +172,44 @@ void ExpectEscaped(WStringView text, EOLType eol = EOLType_LF, XmlEncoding encod
 TEST(XmlTextWriter, EscapesAtEveryPosition) {
   for (const WStringView mark : {u"&", u"<", u">", u"\"", u"\n", u"\r", u"\t", u"\x7F", u"\uD7FF", u"\uE000", u"\uFFFD",
                                  u"\U00010000", u"\U0010FFFF", u"\r\n\r\n<&>"}) {
-    PlaceEverywhere(mark, [](WStringView text, std::size_t) { ExpectEscaped(text); });
+    PlaceEverywhere(mark, [](WStringView text, std::size_t) {
+      ExpectEscaped(text);
+      ExpectEscaped(text, EOLType_LF, XmlEncoding_UTF8);
+    });
+  }
+}
+
+TEST(XmlTextWriter, WritesPreparedNamesAsOthers) {
+  for (const WString& name : {WString(u"n"), WString(15, u'n'), WString(16, u'n'), WString(60, u'n'),
+                              WString(u"\u00FC\u20AC"), WString(15, u'\u20AC')}) {
+    for (const WStringView ns : {u"", u"urn:default", u"urn:other", u"urn:new"}) {
+      for (const XmlEncoding encoding : {XmlEncoding_None, XmlEncoding_UTF8}) {
+        const PreparedName prepared(name, ns);
+        const auto begin = [&](CXmlTextWriter& writer) {
+          writer.SetDefaultNamespace(u"urn:default");
+          writer.AddNamespace(u"o", u"urn:other");
+          writer.StartElement(u"root", u"urn:default");
+        };
+        const auto written = [&](CXmlTextWriter& writer) {
+          begin(writer);
+          writer.WriteAttribute(name, ns, u"v", ItemType_string);
+          writer.WriteTextElement(name, ns, u"text", ItemType_string);
+          writer.StartElement(name, ns);
+          writer.EndElement();
+          writer.EndElement();
+        };
+        const auto writtenPrepared = [&](CXmlTextWriter& writer) {
+          begin(writer);
+          writer.WritePreparedAttribute(prepared, u"v", ItemType_string);
+          writer.WritePreparedElement(prepared, u"text", ItemType_string);
+          writer.StartPrepared(prepared);
+          writer.EndElement();
+          writer.EndElement();
+        };
+        EXPECT_EQ(WrittenBy(writtenPrepared, true, EOLType_LF, encoding),
+                  WrittenBy(written, true, EOLType_LF, encoding));
+      }
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/foundation/Encoder.h"
 #include "ovxmllib/foundation/FileTextStream.h"
 #include "tests/support/FileTest.h"
@@ -119,6 +120,35 @@ TEST(TextStream, MayBeAskedInBetween) {
     stream.Write(WChar{0xDC00});
     EXPECT_TRUE(MessageOf([&] { stream.GetBytes(); }).ends_with(u"at position 0."));
   }
+}
+
+// Writes UTF-8 in place.
+void PutUtf8(CTextStream& stream, std::string_view bytes) {
+  stream.CommitUtf8(std::copy(bytes.begin(), bytes.end(), stream.ReserveUtf8(bytes.size())));
+}
+
+TEST(TextStream, TakesUtf8BetweenText) {
+  const std::string bytes = ToUtf8(kText);
+  for (std::size_t times = 1; times <= 300; times += 13) {
+    CTextStream stream(XmlEncoding_UTF8);
+    WString expected;
+    for (std::size_t i = 0; i < times; ++i) {
+      if (i % 3 == 0) stream.Write(kText);
+      if (i % 5 == 0) stream.Flush();
+      if (i % 7 == 0) {
+        EXPECT_EQ(stream.GetString(), expected + (i % 3 == 0 ? kText : WString()));
+      }
+      PutUtf8(stream, bytes);
+      expected += (i % 3 == 0 ? kText : WString()) + kText;
+    }
+    EXPECT_EQ(stream.GetBytes(), EncodeUtf8(expected)) << times;
+    stream.Write(u"more");
+    stream.Write(WChar{0xDC00});
+    EXPECT_TRUE(MessageOf([&] { stream.Flush(); }).ends_with(FormatString(u"at position %d.", expected.size() + 4)));
+  }
+  CTextStream cut(XmlEncoding_UTF8);
+  cut.Write(WChar{0xD83D});
+  EXPECT_TRUE(MessageOf([&] { PutUtf8(cut, bytes); }).ends_with(u"U+D83D at position 0."));
 }
 
 TEST(TextStream, LetsNothingOutThatNoDocumentCanHold) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "ovxmllib/values/FacetShortcut.h"
 #include "ovxmllib/values/OvVariant.h"
 #include "ovxmllib/values/PrimitiveRows.h"
 #include "ovxmllib/values/ValueChecks.h"
@@ -130,6 +133,43 @@ TEST(ValueChecks, HoldFacetsAsSpecified) {
   object.SetXmlObject(nullptr);
   EXPECT_EQ(test::MessageOf([&] { CheckPrimitiveValue(u"p", object, ItemType_XmlObjectBase, {}); }),
             u"Invalid Type 27");
+}
+
+OvVariant ValueOf(const std::string& text, ItemType type) {
+  OvVariant value;
+  value.FromString(ToWide(text), type, kCollapse);
+  return value;
+}
+
+TEST(FacetShortcut, SaysYesOnlyWhereTheCheckDoes) {
+  for (const test::VectorRow& row : test::ReadVectors("values/facet_shortcut.vec", "shortcut")) {
+    SCOPED_TRACE(row.Place());
+    const ItemType type = TypeNamed(row.Wide("type"));
+    const CPrimitiveRestrictions facets = FacetsFrom(row["facets"]);
+    const FacetShortcut shortcut(type, facets);
+    std::istringstream sure(row["sure"]), others(row["others"]);
+    for (std::string text; sure >> text;) {
+      const OvVariant value = ValueOf(text, type);
+      EXPECT_TRUE(shortcut.SurelyPasses(value)) << text;
+      EXPECT_NO_THROW(CheckPrimitiveValue(u"p", value, type, facets)) << text;
+    }
+    for (std::string text; others >> text;) EXPECT_FALSE(shortcut.SurelyPasses(ValueOf(text, type))) << text;
+  }
+}
+
+// Nil and values of other types are for the full check.
+TEST(FacetShortcut, LooksAtValuesOfItsTypeAlone) {
+  const FacetShortcut shortcut(ItemType_i4, FacetsFrom("minInclusive=-5"));
+  OvVariant value;
+  EXPECT_FALSE(shortcut.SurelyPasses(value));
+  value.SetI8(1);
+  EXPECT_FALSE(shortcut.SurelyPasses(value));
+  value.SetI4(1);
+  EXPECT_TRUE(shortcut.SurelyPasses(value));
+  value.SetNil();
+  EXPECT_FALSE(shortcut.SurelyPasses(value));
+  EXPECT_FALSE(FacetShortcut(ItemType_none, {}).SurelyPasses(OvVariant()));
+  EXPECT_FALSE(FacetShortcut().SurelyPasses(OvVariant()));
 }
 
 }  // namespace

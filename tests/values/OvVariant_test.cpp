@@ -50,6 +50,36 @@ TEST(OvVariant, CopiesDeeplyAndMoves) {
   EXPECT_TRUE(copy.IsNil() && copy.GetTypeAsEnum() == ItemType_string);
 }
 
+TEST(OvVariant, KeepsTheMemoryOfATextThroughOtherValues) {
+  OvVariant value;
+  value.SetString(u"a text that is longer than what fits inside");
+  const WChar* const units = value.GetStringView().data();
+  value.SetDecimal(CDecimal(u"1.5"));
+  const OvVariant copy = value;
+  EXPECT_EQ(copy.GetDecimal(), CDecimal(u"1.5"));
+  value.SetNil();
+  value.SetInvalid();
+  value.SetString(u"another text that fits there");
+  EXPECT_EQ(value.GetStringView().data(), units);
+
+  value.SetString(WString(10'000, u'x'));
+  const WChar* const large = value.GetStringView().data();
+  value.SetI4(1);
+  value.SetInvalid();
+  value.SetString(u"y");
+  EXPECT_NE(value.GetStringView().data(), large) << "a large one's memory goes";
+}
+
+TEST(OvVariant, TakesAValueOutOfItself) {
+  OvVariant value;
+  value.SetString(u"twenty-one code units");
+  value.SetString(value.GetStringView().substr(7));
+  EXPECT_EQ(value.GetStringView(), u"one code units");
+  value.FromString(u"-2.50", ItemType_decimal, CWhitespaceUtils::WhitespaceRule_Collapse);
+  value.Set<ItemType_decimal>(value.Get<ItemType_decimal>());
+  EXPECT_EQ(value.ToString(u"2"), u"-2.50");
+}
+
 TEST(OvVariant, SharesObjects) {
   CSmartPtr<CXmlObjectBase> object(new test::AnyObject);
   const auto countReferences = [&] {
@@ -64,6 +94,15 @@ TEST(OvVariant, SharesObjects) {
   EXPECT_EQ(countReferences(), before + 2);
   EXPECT_EQ(test::MessageOf([&] { value.GetType(); }), u"Invalid Type 27");
   value.Clear();
+  copy.SetI4(1);
+  EXPECT_EQ(countReferences(), before) << "another value gives the object up";
+  value = copy;
+  value.SetXmlObject(object);
+  value.SetXmlObject(value.GetXmlObject());
+  value.SetNil();
+  EXPECT_EQ(countReferences(), before);
+  value.SetXmlObject(object);
+  value.SetString(u"x");
   copy.SetXmlObject(nullptr);
   EXPECT_EQ(countReferences(), before);
   EXPECT_EQ(copy.GetTypeAsEnum(), ItemType_XmlObjectBase);
