@@ -41,6 +41,8 @@ class OVXMLLIB_API CSerializationContext {
 
   /// The default namespace that is declared on the root element of output; empty for none.
   WString GetDefaultNamespaceURI() const { return m_strDefaultNamespaceURI; }
+  /// The same without a copy; valid until it changes.
+  WStringView GetDefaultNamespaceView() const noexcept { return m_strDefaultNamespaceURI; }
   void SetDefaultNamespaceURI(const WChar* uri) { m_strDefaultNamespaceURI = ViewOf(uri); }
 
   /// The aliases that are declared on the root element of output.

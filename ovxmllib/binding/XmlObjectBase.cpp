@@ -76,14 +76,6 @@ void CXmlObjectBase::SetElementName(WStringView name) {
   m_strElementName = kept != nullptr ? CompactText(kept) : CompactText(name);
 }
 
-long CXmlObjectBase::AddRef() noexcept { return m_references.fetch_add(1, std::memory_order_relaxed) + 1L; }
-
-long CXmlObjectBase::Release() {
-  const long left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1L;
-  if (left == 0) delete this;
-  return left;
-}
-
 void CXmlObjectBase::OnEvent(CXmlObjectBase*, IEventSink::MsgType, void*) {}
 
 void CXmlObjectBase::AttributesToXml_Int(CXmlWriter*, const CSerializationContext&) const {}

@@ -190,9 +190,19 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
                 const CSerializationContext& context = CSerializationContext::GetDefaultContext());
 
   /// Takes a reference; returns the new count.
-  long AddRef() noexcept;
+  long AddRef() noexcept { return m_references.fetch_add(1, std::memory_order_relaxed) + 1L; }
   /// Drops a reference; returns the new count. At 0 the object is deleted.
-  long Release();
+  long Release() {
+    long left = 0;
+    // Nobody else can change the only reference, so it goes without a locked operation.
+    if (m_references.load(std::memory_order_acquire) == 1) {
+      m_references.store(0, std::memory_order_relaxed);
+    } else {
+      left = m_references.fetch_sub(1, std::memory_order_acq_rel) - 1L;
+    }
+    if (left == 0) delete this;
+    return left;
+  }
 
  protected:
   CXmlObjectBase();

@@ -25,7 +25,8 @@ void Indentation::Grow(Form<Unit>& form, int depth) const {
   constexpr int kUsualDepth = 6;
   const auto converted = [](const WString& text) {
     if constexpr (std::is_same_v<Unit, char>) {
-      return ToUtf8(text);
+      const bool isAscii = std::all_of(text.begin(), text.end(), [](WChar unit) { return unit < 0x80; });
+      return isAscii ? std::string(text.begin(), text.end()) : ToUtf8(text);
     } else {
       return text;
     }

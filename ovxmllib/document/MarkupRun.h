@@ -48,7 +48,9 @@ class MarkupText {
   }
   /// A few ASCII characters.
   MarkupText& Put(WStringView few) noexcept {
-    for (const WChar unit : few) *m_end++ = static_cast<Unit>(unit);
+    Unit* end = m_end;  // which a byte that is written might be a part of, for all the compiler knows
+    for (const WChar unit : few) *end++ = static_cast<Unit>(unit);
+    m_end = end;
     return *this;
   }
   /// What the writer keeps in the stream's own form, with kRoomySlack units behind it.
@@ -58,8 +60,8 @@ class MarkupText {
     m_end += roomy.size();
     return *this;
   }
-  /// A name goes out as it is. Throws COvInvalidValueException at what no document can hold; the stream's buffer does
-  /// so when it is encoded.
+  /// A name, or other text, goes out as it is. Throws COvInvalidValueException at what no document can hold; the
+  /// stream's buffer does so when it is encoded.
   MarkupText& PutName(WStringView name) {
     m_end = PutUnescaped(m_end, name);
     return *this;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ovxmllib/document/NodePool.h"
+#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/SharedName.h"
 #include "ovxmllib/foundation/KeptNames.h"
 #include "ovxmllib/foundation/WideString.h"
@@ -18,12 +19,24 @@ namespace OvXmlLib16 {
 /// The name of an element or attribute (Namespaces in XML 1.0, section 2.1). Within one document equal names are one
 /// object, and equal namespaces one string.
 struct ExpandedName {
+  /// Whether it is this name, and of the namespace unless that is not to count.
+  bool Is(const PreparedName& name, bool inAnyNamespace) const noexcept {
+    return IsSame(keptLocalName, localName, name.GetKeptLocalName(), name.GetLocalName()) &&
+           (inAnyNamespace || IsSame(keptNamespace, *namespaceURI, name.GetKeptNamespace(), name.GetNamespace()));
+  }
+
   const WString* namespaceURI;  ///< never null; not owned
   WString localName;
   SharedNameSlot shared = {};  ///< for objects that outlive the document
   /// What LookForKeptName finds, or null: what metadata compare with.
   const std::size_t* keptNamespace = LookForKeptName(*namespaceURI);
   const std::size_t* keptLocalName = LookForKeptName(localName);
+
+ private:
+  // What is kept is equal when it is kept at one place; what is not has to be compared.
+  static bool IsSame(const std::size_t* keptA, WStringView a, const std::size_t* keptB, WStringView b) noexcept {
+    return keptA != nullptr && keptB != nullptr ? keptA == keptB : AreSame(a, b);
+  }
 };
 
 /// Finds the ExpandedName of a name as the parser reports it: namespace URI, '|' and local name in UTF-8, or the name

@@ -25,6 +25,10 @@ CInstanceMonitor::ClassType& CXmlAttribute::Record() {
 const WString& CXmlAttribute::GetLocalName() const noexcept { return m_name->localName; }
 const WString& CXmlAttribute::GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
 
+bool CXmlAttribute::IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
+  return m_name->Is(name, inAnyNamespace);
+}
+
 const WString& CXmlAttribute::GetValue() const {
   m_pParent->GetDocument()->m_tree->NoteMade();
   return m_value.String();

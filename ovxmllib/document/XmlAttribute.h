@@ -11,6 +11,7 @@ namespace OvXmlLib16 {
 class CXmlElement;
 class DocumentTree;
 class SharedName;
+class PreparedName;
 struct ExpandedName;
 
 /// One attribute of a CXmlElement. Made and owned by the document; valid as long as its element.
@@ -21,6 +22,8 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
 
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
   const WString& GetLocalName() const noexcept;
+  /// Whether it has this local name, and the namespace unless that is not to count.
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept;
   /// The value, as the parser normalised it (XML 1.0, section 3.3.3).
   const WString& GetValue() const;
   /// The value without a string being made of it; valid as long as the attribute.

@@ -4,7 +4,6 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/document/DocumentTree.h"
-#include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlDocument.h"
 
@@ -21,19 +20,8 @@ CInstanceMonitor::ClassType& CXmlElement::Record() {
 const WString& CXmlElement::GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
 const WString& CXmlElement::GetLocalName() const noexcept { return m_name->localName; }
 
-namespace {
-
-// What is kept is equal when it is kept at one place; what is not has to be compared.
-bool IsSame(const std::size_t* keptA, WStringView a, const std::size_t* keptB, WStringView b) noexcept {
-  return keptA != nullptr && keptB != nullptr ? keptA == keptB : AreSame(a, b);
-}
-
-}  // namespace
-
 bool CXmlElement::IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
-  const ExpandedName& own = *m_name;
-  if (!IsSame(own.keptLocalName, own.localName, name.GetKeptLocalName(), name.GetLocalName())) return false;
-  return inAnyNamespace || IsSame(own.keptNamespace, *own.namespaceURI, name.GetKeptNamespace(), name.GetNamespace());
+  return m_name->Is(name, inAnyNamespace);
 }
 
 const WString& CXmlElement::GetText() const {

@@ -99,11 +99,15 @@ void CXmlTextWriter::Close() {
 
 void CXmlTextWriter::WriteXmlHeader() {
   assert(GetContext() == nullptr && "m_pContext == 0");
-  Write(u"<?xml version=\"1.0\"");
-  if (m_pStream->GetEncoding() == XmlEncoding_UTF8) Write(u" encoding=\"UTF-8\"");
-  if (m_pStream->GetEncoding() == XmlEncoding_UTF16) Write(u" encoding=\"UTF-16\"");
-  Write(u"?>");
-  Write(m_strEOL);
+  constexpr std::size_t kLongest = 48;
+  const XmlEncoding encoding = m_pStream->GetEncoding();
+  const WStringView declared = encoding == XmlEncoding_UTF8    ? u" encoding=\"UTF-8\""
+                               : encoding == XmlEncoding_UTF16 ? u" encoding=\"UTF-16\""
+                                                               : u"";
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    MarkupRun<Unit> run(*m_pStream, kLongest, 0);
+    run.PutName(WStringView(u"<?xml version=\"1.0\"")).PutName(declared).Put(u"?>").Put(m_strEOL);
+  });
   FlushIfDue();
 }
 
@@ -195,8 +199,9 @@ void CXmlTextWriter::KeepEndTag(CXmlWriterContext& context, WStringView prefix, 
 }
 
 void CXmlTextWriter::WriteDeclaration(WStringView start, WStringView alias, WStringView ns) {
-  Write(start);
-  Write(alias);
+  InFormOf(*m_pStream, [&]<class Unit>(Unit) {
+    MarkupRun<Unit>(*m_pStream, start.size() + alias.size(), 0).Put(start).PutName(alias);
+  });
   WriteEscaped(*m_pStream, u"=\"", ns, u"\"", kEscapeAttribute);
 }
 
@@ -329,8 +334,10 @@ bool CXmlTextWriter::WriteInOneGo(const Name& name, WStringView ns, WStringView 
   return true;
 }
 
+// Inline: most of what is written comes by here, and its arguments are many.
 template <class Unit, class Name>
-void CXmlTextWriter::PutWholeElement(WStringView prefix, const Name& name, WStringView text) {
+[[gnu::always_inline]] inline void CXmlTextWriter::PutWholeElement(WStringView prefix, const Name& name,
+                                                                   WStringView text) {
   const auto tagEnd = GetTagEnd<Unit>();
   const auto indent = GetIndent<Unit>(GetContext()->depth + 1);
   const bool closesTag = CountChild();

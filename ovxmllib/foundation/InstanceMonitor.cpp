@@ -17,8 +17,8 @@ namespace {
 
 // Written by one thread at a time or by atomic addition, read by any.
 struct Tally {
-  std::atomic<std::int64_t> live = 0;
-  std::atomic<std::int64_t> total = 0;
+  std::atomic<std::int64_t> made = 0;
+  std::atomic<std::int64_t> gone = 0;
 };
 
 // Enough for every class of the library and some of the application's; later classes share one tally among threads.
@@ -74,8 +74,8 @@ class Registry {
     *link = lanes.next;
     for (ClassType& record : m_records) {
       if (record.index >= kLanes) break;
-      record.shared.live += lanes.tallies[record.index].live;
-      record.shared.total += lanes.tallies[record.index].total;
+      record.shared.made += lanes.tallies[record.index].made;
+      record.shared.gone += lanes.tallies[record.index].gone;
     }
   }
 
@@ -84,12 +84,13 @@ class Registry {
     WString result = u"Instances of classes still in existence/Total Number of instances created\n";
     bool first = true;
     for (const ClassType& record : m_records) {
-      const auto [live, total] = Sum(record);
-      if (total == 0) continue;  // forgotten by Cleanup, and not seen since
+      const auto [made, gone] = Sum(record);
+      if (made == 0) continue;  // forgotten by Cleanup, and not seen since
       if (!first) result += u'\n';
       first = false;
-      result += live >= 1 ? FormatString(u"--> %s = %d/%d", record.strClassName, live, total)
-                          : FormatString(u"    %s = %d/%d", record.strClassName, live, total);
+      const std::int64_t live = made - gone;
+      result += live >= 1 ? FormatString(u"--> %s = %d/%d", record.strClassName, live, made)
+                          : FormatString(u"    %s = %d/%d", record.strClassName, live, made);
     }
     return result;
   }
@@ -98,23 +99,23 @@ class Registry {
   void Clear() {
     const std::lock_guard guard(m_cs);
     for (ClassType& record : m_records) {
-      const auto [live, total] = Sum(record);
-      record.shared.live -= live;
-      record.shared.total -= total;
+      const auto [made, gone] = Sum(record);
+      record.shared.made -= made;
+      record.shared.gone -= gone;
     }
   }
 
  private:
   struct Counts {
-    std::int64_t live, total;
+    std::int64_t made, gone;
   };
 
   Counts Sum(const ClassType& record) const {
-    Counts counts{record.shared.live, record.shared.total};
+    Counts counts{record.shared.made, record.shared.gone};
     if (record.index >= kLanes) return counts;
     for (const Lanes* lanes = m_lanes; lanes != nullptr; lanes = lanes->next) {
-      counts.live += lanes->tallies[record.index].live.load(std::memory_order_relaxed);
-      counts.total += lanes->tallies[record.index].total.load(std::memory_order_relaxed);
+      counts.made += lanes->tallies[record.index].made.load(std::memory_order_relaxed);
+      counts.gone += lanes->tallies[record.index].gone.load(std::memory_order_relaxed);
     }
     return counts;
   }
@@ -143,27 +144,21 @@ struct LaneOwner {
   Lanes lanes;
 };
 
-void Add(Tally& tally, std::int64_t live, std::int64_t total) noexcept {
-  tally.live.fetch_add(live, std::memory_order_relaxed);
-  tally.total.fetch_add(total, std::memory_order_relaxed);
+using Counter = std::atomic<std::int64_t> Tally::*;
+
+// The first count of a thread, and what a lane cannot take.
+void CountApart(ClassType& record, Counter counter, std::int64_t count) noexcept {
+  static thread_local const LaneOwner owner;  // takes part once in a thread's life, and at its end leaves
+  const bool hasLane = t_lanes != nullptr && record.index < kLanes;
+  Tally& tally = hasLane ? t_lanes->tallies[record.index] : record.shared;
+  (tally.*counter).fetch_add(count, std::memory_order_relaxed);
 }
 
 // A lane is written by its own thread alone, so a load and a store do and no bus is locked.
-void AddToLane(Tally& tally, std::int64_t live, std::int64_t total) noexcept {
-  tally.live.store(tally.live.load(std::memory_order_relaxed) + live, std::memory_order_relaxed);
-  tally.total.store(tally.total.load(std::memory_order_relaxed) + total, std::memory_order_relaxed);
-}
-
-void CountFirst(ClassType& record, std::int64_t live, std::int64_t total) noexcept {
-  static thread_local const LaneOwner owner;  // takes part once in a thread's life, and at its end leaves
-  if (t_lanes == nullptr) return Add(record.shared, live, total);
-  AddToLane(t_lanes->tallies[record.index], live, total);
-}
-
-inline void Count(ClassType& record, std::int64_t live, std::int64_t total) noexcept {
-  if (record.index >= kLanes) return Add(record.shared, live, total);
-  if (t_lanes == nullptr) return CountFirst(record, live, total);
-  AddToLane(t_lanes->tallies[record.index], live, total);
+inline void Count(ClassType& record, Counter counter, std::int64_t count) noexcept {
+  if (t_lanes == nullptr || record.index >= kLanes) return CountApart(record, counter, count);
+  std::atomic<std::int64_t>& lane = t_lanes->tallies[record.index].*counter;
+  lane.store(lane.load(std::memory_order_relaxed) + count, std::memory_order_relaxed);
 }
 
 // Traces at load and at unload.
@@ -185,15 +180,15 @@ const CInstanceMonitorReporter g_reporter;
 }  // namespace
 
 CInstanceMonitor::CInstanceMonitor(const WChar* className) : CInstanceMonitor(FindClass(className)) {}
-CInstanceMonitor::CInstanceMonitor(ClassType& record) noexcept : m_pct(&record) { Count(record, 1, 1); }
+CInstanceMonitor::CInstanceMonitor(ClassType& record) noexcept : m_pct(&record) { Count(record, &Tally::made, 1); }
 CInstanceMonitor::CInstanceMonitor(const CInstanceMonitor& other) noexcept : CInstanceMonitor(*other.m_pct) {}
-CInstanceMonitor::~CInstanceMonitor() { Count(*m_pct, -1, 0); }
+CInstanceMonitor::~CInstanceMonitor() { Count(*m_pct, &Tally::gone, 1); }
 
 WString CInstanceMonitor::DumpState() { return Registry::Instance().Dump(); }
 void CInstanceMonitor::Cleanup() { Registry::Instance().Clear(); }
 CInstanceMonitor::ClassType& CInstanceMonitor::FindClass(const WChar* className) {
   return Registry::Instance().Find(ViewOf(className));
 }
-void CInstanceMonitor::Forget(ClassType& record, std::int64_t count) noexcept { Count(record, -count, 0); }
+void CInstanceMonitor::Forget(ClassType& record, std::int64_t count) noexcept { Count(record, &Tally::gone, count); }
 
 }  // namespace OvXmlLib16

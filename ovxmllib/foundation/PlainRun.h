@@ -190,7 +190,7 @@ Unit* PutCharacter(Unit* out, WStringView text, std::size_t& i, const Rules& rul
 template <class Unit, class Rules>
 [[gnu::noinline]] Unit* PutRest(Unit* out, WStringView text, std::size_t i, std::size_t end, const Rules& rules) {
   while (true) {
-    for (const std::size_t next = std::min(end, i + kBlock); i < next;) {
+    for (const std::size_t next = std::min(end, i + 2 * kBlock); i < next;) {
       const WChar c = text[i];
       if (c < 0x80 && rules.IsPlain(c)) {
         *out++ = static_cast<Unit>(c);

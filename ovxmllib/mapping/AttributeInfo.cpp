@@ -9,7 +9,6 @@
 
 namespace OvXmlLib16Data {
 
-using OvXmlLib16::AreSame;
 using OvXmlLib16::CAttributeCol;
 using OvXmlLib16::COvException;
 using OvXmlLib16::COvValidationException;
@@ -25,8 +24,7 @@ CAttributeInfo::CAttributeInfo(const WChar* name, const WChar* ns, int propertyI
       m_defaultValue(ViewOf(defaultValue)) {}
 
 bool CAttributeInfo::IsThisAttribute(const CSerializationContext& context, const CXmlAttribute* attribute) const {
-  if (attribute == nullptr || !AreSame(attribute->GetLocalName(), GetName())) return false;
-  return context.GetIgnoreNamespaces() || AreSame(attribute->GetNamespaceURI(), GetNamespace());
+  return attribute != nullptr && attribute->IsNamed(m_name, context.GetIgnoreNamespaces());
 }
 
 void CAttributeInfo::ThrowGetFailed(const COvException& cause) const {
@@ -84,9 +82,7 @@ void CAttributeInfoPrimitive::AttributeToXml(const CSerializationContext& contex
 // Deliberate: the namespace counts even where the context ignores namespaces.
 bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                                                CXmlAttribute* attribute) {
-  if (!AreSame(attribute->GetLocalName(), GetName()) || !AreSame(attribute->GetNamespaceURI(), GetNamespace())) {
-    return false;
-  }
+  if (!attribute->IsNamed(GetPreparedName(), /*inAnyNamespace=*/false)) return false;
   const ScratchVariant scratch;
   OvVariant& value = *scratch;
   value.FromString(attribute->GetValueView(), m_itemType, m_whitespaceRule);

@@ -71,9 +71,9 @@ void CElementInfo::ThrowSetFailed(const COvException& cause, const CXmlElement& 
 }
 
 CSmartPtr<CXmlObjectBase> CElementInfo::GetObject(const CXmlGeneratedClass* object) const {
-  OvVariant value;
-  ReadProperty(object, value);
-  return value.TakeXmlObject();
+  const ScratchVariant scratch;
+  ReadProperty(object, *scratch);
+  return (*scratch).TakeXmlObject();
 }
 
 void CElementInfo::SetObject(CXmlGeneratedClass* object, CXmlObjectBase* held, const CXmlElement& element) const {

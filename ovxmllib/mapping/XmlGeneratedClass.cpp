@@ -105,7 +105,7 @@ void CXmlGeneratedClass::WriteRootFrame(CXmlWriter* writer, const CSerialization
     const WString ns = aliases.GetNamespaceAt(i);
     writer->AddNamespace(aliases.GetAliasFromNamespace(ns.c_str()), ns);
   }
-  const WString defaultNamespace = context.GetDefaultNamespaceURI();
+  const WStringView defaultNamespace = context.GetDefaultNamespaceView();
   if (!defaultNamespace.empty()) writer->SetDefaultNamespace(defaultNamespace);
 }
 
