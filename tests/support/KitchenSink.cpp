@@ -212,4 +212,26 @@ CSmartPtr<KitchenSink> LeastSink() {
   return sink;
 }
 
+Primitives::Primitives() : Primitives(std::make_integer_sequence<int, kPrimitives>()) {}
+Primitives::~Primitives() = default;
+Lists::Lists() : Lists(std::make_integer_sequence<int, kPrimitives>()) {}
+Lists::~Lists() = default;
+
+template class Generated<Primitives>;
+template class Generated<Lists>;
+template class Generated<Point>;
+template class Generated<Money>;
+template class Generated<Note>;
+template class Generated<Circle, Shape>;
+template class Generated<Square, Shape>;
+template class Generated<Sequence>;
+template class Generated<Choice>;
+template class Generated<All>;
+template class Generated<InnerGroup>;
+template class Generated<MiddleGroup>;
+template class Generated<OuterGroup>;
+template class Generated<Pair>;
+template class Generated<Groups>;
+template class Generated<KitchenSink>;
+
 }  // namespace OvXmlLib16::test

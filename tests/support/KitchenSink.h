@@ -24,7 +24,8 @@ struct CollectionOf<ItemType_char> : CollectionOf<ItemType_string> {};
 /// Every type as an optional element and as an optional attribute.
 class Primitives : public Generated<Primitives> {
  public:
-  Primitives() : Primitives(std::make_integer_sequence<int, kPrimitives>()) {}
+  Primitives();
+  ~Primitives() override;
   static void Describe(Tables& tables);
   auto Properties() {
     return std::apply([](auto&... all) { return std::tie(all...); }, m_all);
@@ -46,7 +47,8 @@ class Primitives : public Generated<Primitives> {
 /// Every type in a collection.
 class Lists : public Generated<Lists> {
  public:
-  Lists() : Lists(std::make_integer_sequence<int, kPrimitives>()) {}
+  Lists();
+  ~Lists() override;
   static void Describe(Tables& tables);
   auto Properties() {
     return std::apply([](auto&... all) { return std::tie(all...); }, m_all);
@@ -313,5 +315,23 @@ class KitchenSink : public Generated<KitchenSink> {
 CSmartPtr<KitchenSink> FilledSink(int number);
 /// A sink with nothing but what must be there.
 CSmartPtr<KitchenSink> LeastSink();
+
+// Compiled once, in KitchenSink.cpp, and not with each file that uses them.
+extern template class Generated<Primitives>;
+extern template class Generated<Lists>;
+extern template class Generated<Point>;
+extern template class Generated<Money>;
+extern template class Generated<Note>;
+extern template class Generated<Circle, Shape>;
+extern template class Generated<Square, Shape>;
+extern template class Generated<Sequence>;
+extern template class Generated<Choice>;
+extern template class Generated<All>;
+extern template class Generated<InnerGroup>;
+extern template class Generated<MiddleGroup>;
+extern template class Generated<OuterGroup>;
+extern template class Generated<Pair>;
+extern template class Generated<Groups>;
+extern template class Generated<KitchenSink>;
 
 }  // namespace OvXmlLib16::test
