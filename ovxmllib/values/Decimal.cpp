@@ -362,7 +362,7 @@ void CDecimal::AppendTo(WString& out, std::int32_t places) const {
   if (m_fractionDivider <= kept && kept < GetMaxDecimalPlaces()) {
     if (AppendShort(out, kept)) return;
     AppendCut(out, static_cast<std::size_t>(kept));
-    out.append(static_cast<std::size_t>(kept - m_fractionDivider), u'0');
+    out.resize(out.rfind(u'.') + 1 + static_cast<std::size_t>(kept), u'0');
     return;
   }
   CDecimal half(CBigInteger(), CBigInteger(5), kept + 1);

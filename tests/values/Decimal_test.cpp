@@ -117,6 +117,10 @@ TEST(Decimal, KeepsAsManyPlacesAsIsSet) {
   EXPECT_EQ(third(0), "0");
   EXPECT_EQ(third(std::numeric_limits<std::int32_t>::min()), "0");
   EXPECT_EQ(CDecimal(u"1.6").ToUtf8(), "2");
+  const CDecimal wholes[] = {CDecimal(u"12"), CDecimal(u"1234567890123456789012")};
+  CDecimal::SetMaxDecimalPlaces(30);
+  EXPECT_EQ(wholes[0].ToString(2), u"12.00");
+  EXPECT_EQ(wholes[1].ToString(2), u"1234567890123456789012.00");
   EXPECT_EQ(third(std::numeric_limits<std::int32_t>::max()).size(), 1'000'002u);
 }
 
