@@ -144,7 +144,6 @@ void TreeOutput::StartElement(std::string_view name) {
 
 // A tab would be read as a blank. Attributes of one local name may be the same attribute.
 void TreeOutput::WriteAttribute(std::string_view name, std::string_view value) {
-  if (!IsPlainName(name)) Decline();
   const auto isSame = [&](const Attribute& other) { return LocalName(other.name) == LocalName(name); };
   if (!m_levels.back().isInStartTag || m_attributes.size() == kMaxAttributes) Decline();
   if (!IsPlainText(value) || value.find('\t') != value.npos) Decline();
@@ -235,6 +234,8 @@ class TreeHandler : public JsonToElements<char, TreeOutput> {
 
   void Name(std::string_view name) {
     if (!IsPart(name, m_document) && !IsPart(name, m_rootName)) Decline();
+    // An attribute may come to nothing, but its name counts.
+    if (name.starts_with('@') && !IsPlainName(name.substr(1))) Decline();
     JsonToElements::Name(name);
   }
   [[noreturn]] static void Decline() { TreeOutput::Decline(); }
