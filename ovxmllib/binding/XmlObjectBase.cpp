@@ -30,10 +30,13 @@ void ShowVersionMismatch() {
 // Names hold no U+0000, so that a terminated text ends no later than the difference is found.
 bool IsName(const WString& name, const WChar* expected) noexcept {
   if (expected == nullptr) return name.empty();
-  for (const WChar unit : name) {
-    if (unit != *expected++) return false;
+  const WChar* const units = name.data();
+  const std::size_t length = name.size();
+#pragma GCC unroll 4
+  for (std::size_t i = 0; i < length; ++i) {
+    if (units[i] != expected[i]) return false;
   }
-  return *expected == 0;
+  return expected[length] == 0;
 }
 
 void FireRemoval(IEventSink* sink, CXmlObjectBase* collection, IEventSink::MsgType type, int index) {

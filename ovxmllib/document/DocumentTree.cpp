@@ -2,12 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
-#include <new>
 
 #include "ovxmllib/binding/FormatString.h"
-#include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/foundation/Unicode.h"
 
 namespace OvXmlLib16 {
@@ -31,38 +27,43 @@ DocumentTree::DocumentTree(const CXmlDocument& owner, CXmlDocument::ElementCompl
     : m_owner(owner),
       m_callback(callback),
       m_context(context),
+      m_maxDepth(context.GetMaxElementDepth()),
       m_maxAttributes(context.GetMaxAttributesPerElement()),
       m_maxTextLength(context.GetMaxTextLength()) {}
 
 void DocumentTree::Clear() noexcept {
   if (m_documentElement != nullptr) DropMade(m_documentElement);
-  CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements));
-  CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes));
-  m_elements = m_attributes = m_attributesOfOpen = m_declarations = 0;
+  CountNodes();
+  ForgetNodes(0, 0);
+  m_attributesOfOpen = m_declarations = 0;
   m_documentElement = nullptr;
+  m_lastAttribute = nullptr;
   m_open.clear();
+  m_before.clear();
   m_namespaces.clear();
   m_names.Clear();
   m_pool.Clear();
 }
 
-void DocumentTree::StartElement(const ExpandedName& name) {
-  if (m_stopAt.element != 0 && ++m_started == m_stopAt.element) throw COvException(u"Here.");
-  const std::size_t limit = m_context.GetMaxElementDepth();
-  if (limit != 0 && m_open.size() >= limit) ThrowTooDeep(limit);
-  OpenElement opened{nullptr, nullptr, nullptr, nullptr, nullptr, 0, m_pool.GetMark(), m_elements, m_attributes};
-  const CXmlElement* parent = m_open.empty() ? nullptr : m_open.back().element;
-  opened.element = new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(&m_owner, parent, name);
-  ++m_elements;
-  if (m_open.empty()) {
-    m_documentElement = opened.element;
-  } else {
-    OpenElement& above = m_open.back();
-    (above.lastChild != nullptr ? above.lastChild->m_pNextSibling : above.element->m_pFirstChild) = opened.element;
-    opened.previousSibling = std::exchange(above.lastChild, opened.element);
-  }
-  m_open.push_back(opened);
-  m_attributesOfOpen = std::exchange(m_declarations, 0);
+// The nodes are counted by the document, not one by one.
+void DocumentTree::CountNodes() noexcept {
+  CXmlElement::Remember(CXmlElement::Record(), static_cast<std::int64_t>(m_elements - m_elementsCounted));
+  CXmlElement::Remember(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes - m_attributesCounted));
+  m_elementsCounted = m_elements;
+  m_attributesCounted = m_attributes;
+}
+
+// Of nodes that are counted.
+void DocumentTree::ForgetNodes(std::size_t elementsLeft, std::size_t attributesLeft) noexcept {
+  CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements - elementsLeft));
+  CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes - attributesLeft));
+  m_elements = m_elementsCounted = elementsLeft;
+  m_attributes = m_attributesCounted = attributesLeft;
+}
+
+void DocumentTree::NoteBeforeElement() {
+  CXmlElement* const previousSibling = m_open.empty() ? nullptr : m_open.back().lastChild;
+  m_before.push_back({previousSibling, m_pool.GetMark(), m_elements, m_attributes});
 }
 
 void DocumentTree::AddAttribute(const ExpandedName& name, std::string_view value) {
@@ -75,56 +76,41 @@ void DocumentTree::AddAttribute(const ExpandedName& name, std::string_view value
   attribute.m_value.Assign(units, length);
 }
 
-void DocumentTree::AddAttribute(const ExpandedName& name, WStringView value) {
-  CheckAttributeCount(m_attributesOfOpen);
-  CheckTextLength(value.size());
-  MakeAttribute(name).m_value.Assign(value.data(), value.size());
-}
-
-inline CXmlAttribute& DocumentTree::MakeAttribute(const ExpandedName& name) {
-  OpenElement& open = m_open.back();
-  auto* attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(open.element, name);
-  ++m_attributes;
-  ++m_attributesOfOpen;
-  (open.lastAttribute != nullptr ? open.lastAttribute->m_pNext : open.element->m_pFirstAttribute) = attribute;
-  open.lastAttribute = attribute;
-  return *attribute;
-}
-
 void DocumentTree::AppendText(std::string_view text) {
   OpenElement& open = m_open.back();
-  const std::size_t before = open.element->m_text.View().size();
+  PooledText& held = open.element->m_text;
+  const std::size_t before = held.View().size();
   if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
-  const std::size_t added = unicode::Utf8ToWideDroppingCr(Bytes(text), text.size(), open.text + before);
+  const std::size_t added = unicode::Utf8ToWideDroppingCr(Bytes(text), text.size(), held.Room() + before);
   CheckTextLength(before + added);
-  open.element->m_text.Assign(open.text, before + added);
+  held.Assign(held.Room(), before + added);
 }
 
-void DocumentTree::AppendText(WStringView text) {
+// Behind other text.
+void DocumentTree::AppendMoreText(WStringView text) {
   OpenElement& open = m_open.back();
-  const std::size_t before = open.element->m_text.View().size();
+  PooledText& held = open.element->m_text;
+  const std::size_t before = held.View().size();
   CheckTextLength(before + text.size());
-  if (before == 0) {
-    open.textCapacity = 0;
-    return open.element->m_text.Assign(text.data(), text.size());
-  }
   if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
-  std::copy(text.begin(), text.end(), open.text + before);
-  open.element->m_text.Assign(open.text, before + text.size());
+  std::copy(text.begin(), text.end(), held.Room() + before);
+  held.Assign(held.Room(), before + text.size());
 }
 
 // Room for the open element's text and more behind it: in place where nothing was allocated since, as in an element
 // without children; else moved to twice the room, which keeps many small pieces linear.
 void DocumentTree::ReserveText(OpenElement& open, std::size_t units) {
   constexpr std::size_t kUnit = sizeof(WChar);
-  if (open.textCapacity != 0 && m_pool.Extend(open.text, open.textCapacity * kUnit, units * kUnit)) {
+  PooledText& held = open.element->m_text;
+  if (open.textCapacity != 0 && m_pool.Extend(held.Room(), open.textCapacity * kUnit, units * kUnit)) {
     open.textCapacity = units;
     return;
   }
-  const WStringView text = open.element->m_text.View();
   open.textCapacity = std::max(units, 2 * open.textCapacity);
-  open.text = static_cast<WChar*>(m_pool.Allocate(open.textCapacity * kUnit));
-  if (!text.empty()) std::memcpy(open.text, text.data(), text.size() * kUnit);
+  auto* const room = static_cast<WChar*>(m_pool.Allocate(open.textCapacity * kUnit));
+  const WStringView text = held.View();
+  std::copy(text.begin(), text.end(), room);
+  held.Assign(room, text.size());
 }
 
 void DocumentTree::ThrowTooDeep(std::size_t limit) {
@@ -148,23 +134,23 @@ void DocumentTree::ThrowTextTooLong() const {
 }
 
 void DocumentTree::EndElement() {
-  const OpenElement ended = m_open.back();
-  m_open.pop_back();
-  if (m_callback == nullptr || !m_callback(ended.element)) return;
+  CXmlElement* const ended = m_open.back().element;
+  CloseElement();
+  if (m_callback == nullptr) return;
+  CountNodes();
+  const BeforeElement before = m_before.back();
+  m_before.pop_back();
   // Decided: the document element stays whatever the callback says, see docs/decisions.md.
-  if (!m_open.empty()) Drop(ended);
+  if (m_callback(ended) && !m_open.empty()) Drop(ended, before);
 }
 
-void DocumentTree::Drop(const OpenElement& ended) noexcept {
+void DocumentTree::Drop(CXmlElement* ended, const BeforeElement& before) noexcept {
   OpenElement& above = m_open.back();
-  above.lastChild = ended.previousSibling;
+  above.lastChild = before.previousSibling;
   (above.lastChild != nullptr ? above.lastChild->m_pNextSibling : above.element->m_pFirstChild) = nullptr;
-  DropMade(ended.element);
-  CXmlElement::Forget(CXmlElement::Record(), static_cast<std::int64_t>(m_elements - ended.elementsBefore));
-  CXmlElement::Forget(CXmlAttribute::Record(), static_cast<std::int64_t>(m_attributes - ended.attributesBefore));
-  m_elements = ended.elementsBefore;
-  m_attributes = ended.attributesBefore;
-  m_pool.Rewind(ended.start);
+  DropMade(ended);
+  ForgetNodes(before.elements, before.attributes);
+  m_pool.Rewind(before.pool);
 }
 
 // Deletes the strings and lists that were made of the nodes below `root`, which is all that a node owns outside the

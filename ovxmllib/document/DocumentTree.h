@@ -5,12 +5,17 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <new>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/NameTable.h"
 #include "ovxmllib/document/NodePool.h"
+#include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlDocument.h"
+#include "ovxmllib/document/XmlElement.h"
 
 namespace OvXmlLib16 {
 
@@ -53,7 +58,10 @@ class DocumentTree {
   void AddAttribute(const ExpandedName& name, WStringView value);
   void AppendText(WStringView text);
   /// Ends the open element. The callback is not asked.
-  void CloseElement() noexcept { m_open.pop_back(); }
+  void CloseElement() noexcept {
+    m_open.pop_back();
+    if (m_open.empty()) CountNodes();
+  }
   /// \}
 
   /// Ends the open element, asks the callback, and drops the element if it says so. Passes on what the callback throws.
@@ -69,6 +77,7 @@ class DocumentTree {
   [[noreturn]] void ThrowTooManyAttributes() const;
 
   CXmlElement* GetDocumentElement() const noexcept { return m_documentElement; }
+  std::size_t GetElementCount() const noexcept { return m_elements; }
 
   /// A place in the document: the element by its number in document order, and its attribute by its number; both from
   /// 1, 0 for none.
@@ -103,20 +112,28 @@ class DocumentTree {
   // An element without its end tag yet, and what only an open element needs.
   struct OpenElement {
     CXmlElement* element;
-    CXmlElement* previousSibling;  // null for a first child
     CXmlElement* lastChild;
-    CXmlAttribute* lastAttribute;
-    WChar* text;               // the element's text, in the pool
-    std::size_t textCapacity;  // code units
-    NodePool::Mark start;      // the pool before the element
-    std::size_t elementsBefore, attributesBefore;
+    std::size_t textCapacity;  // code units where its text lies; 0 where others may share them
+  };
+  // What it takes to drop an open element, which only the callback can wish.
+  struct BeforeElement {
+    CXmlElement* previousSibling;  // null for a first child
+    NodePool::Mark pool;
+    std::size_t elements, attributes;
   };
 
   const CXmlElement* FindElement(WStringView path) const;
   CXmlAttribute& MakeAttribute(const ExpandedName& name);
-  void Drop(const OpenElement& ended) noexcept;
+  void NoteBeforeElement();
+  void AppendMoreText(WStringView text);
+  void CountNodes() noexcept;
+  void ForgetNodes(std::size_t elementsLeft, std::size_t attributesLeft) noexcept;
+  void Drop(CXmlElement* ended, const BeforeElement& before) noexcept;
   void DropMade(CXmlElement* root) noexcept;
   void ReserveText(OpenElement& open, std::size_t units);
+  void CheckDepth() const {
+    if (m_open.size() >= m_maxDepth && m_maxDepth != 0) ThrowTooDeep(m_maxDepth);
+  }
   void CheckAttributeCount(std::size_t before) const {
     if (before >= m_maxAttributes && m_maxAttributes != 0) ThrowTooManyAttributes();
   }
@@ -128,6 +145,7 @@ class DocumentTree {
   const CXmlDocument& m_owner;
   const CXmlDocument::ElementComplete m_callback;
   const CSerializationContext& m_context;
+  const std::size_t m_maxDepth;
   const std::size_t m_maxAttributes;
   const std::size_t m_maxTextLength;
 
@@ -135,14 +153,63 @@ class DocumentTree {
   NameTable m_names;
   std::map<WString, WString, std::less<>> m_namespaces;  // alias to URI
   std::vector<OpenElement> m_open;                       // the document element first
+  std::vector<BeforeElement> m_before;                   // of the open elements, when there is a callback
   CXmlElement* m_documentElement = nullptr;              // in the pool
+  CXmlAttribute* m_lastAttribute = nullptr;              // of the element opened last
   std::size_t m_started = 0;                             // elements so far, counted when there is m_stopAt
   Spot m_stopAt;
-  std::size_t m_elements = 0;          // in the tree
-  std::size_t m_attributes = 0;        // in the tree
-  std::size_t m_attributesOfOpen = 0;  // of the element opened last, its declarations counted
-  std::size_t m_declarations = 0;      // of the element to be opened next
+  std::size_t m_elements = 0;           // in the tree
+  std::size_t m_attributes = 0;         // in the tree
+  std::size_t m_elementsCounted = 0;    // of these, by the instance monitor
+  std::size_t m_attributesCounted = 0;  // of these, by the instance monitor
+  std::size_t m_attributesOfOpen = 0;   // of the element opened last, its declarations counted
+  std::size_t m_declarations = 0;       // of the element to be opened next
   std::atomic<bool> m_anyMade = false;
 };
+
+// Here for the readers to inline: this is what reading a document comes to.
+
+inline void DocumentTree::StartElement(const ExpandedName& name) {
+  if (StopsEarly() && ++m_started == m_stopAt.element) throw COvException(u"Here.");
+  CheckDepth();
+  if (m_callback != nullptr) NoteBeforeElement();
+  OpenElement* const above = m_open.empty() ? nullptr : &m_open.back();
+  auto* const opened = new (m_pool.Allocate(sizeof(CXmlElement)))
+      CXmlElement(&m_owner, above == nullptr ? nullptr : above->element, name);
+  ++m_elements;
+  if (above == nullptr) {
+    m_documentElement = opened;
+  } else {
+    (above->lastChild != nullptr ? above->lastChild->m_pNextSibling : above->element->m_pFirstChild) = opened;
+    above->lastChild = opened;
+  }
+  m_open.push_back({opened, nullptr, 0});
+  m_lastAttribute = nullptr;
+  m_attributesOfOpen = std::exchange(m_declarations, 0);
+}
+
+inline CXmlAttribute& DocumentTree::MakeAttribute(const ExpandedName& name) {
+  CXmlElement* const element = m_open.back().element;
+  auto* const attribute = new (m_pool.Allocate(sizeof(CXmlAttribute))) CXmlAttribute(element, name);
+  ++m_attributes;
+  ++m_attributesOfOpen;
+  (m_lastAttribute != nullptr ? m_lastAttribute->m_pNext : element->m_pFirstAttribute) = attribute;
+  m_lastAttribute = attribute;
+  return *attribute;
+}
+
+inline void DocumentTree::AddAttribute(const ExpandedName& name, WStringView value) {
+  CheckAttributeCount(m_attributesOfOpen);
+  CheckTextLength(value.size());
+  MakeAttribute(name).m_value.Assign(value.data(), value.size());
+}
+
+inline void DocumentTree::AppendText(WStringView text) {
+  OpenElement& open = m_open.back();
+  if (!open.element->m_text.View().empty()) return AppendMoreText(text);
+  CheckTextLength(text.size());
+  open.textCapacity = 0;
+  open.element->m_text.Assign(text.data(), text.size());
+}
 
 }  // namespace OvXmlLib16

@@ -1,6 +1,8 @@
 #include "ovxmllib/document/NameTable.h"
 
+#include <algorithm>
 #include <new>
+#include <utility>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
@@ -24,23 +26,30 @@ struct NameTable::Entry {
   std::uint64_t hash;
   std::string_view prefix;    // namespace URI and separator, or empty; kept once for all names of the namespace
   std::string_view local;     // in the storage
+  Entry* older;               // the name made before this one
   Entry* follower = nullptr;  // the name that came behind this one the last time
 };
+
+const std::size_t ExpandedName::kNotKept = 0;
+
+bool ExpandedName::HasTextsOf(const PreparedName& name, bool inAnyNamespace) const noexcept {
+  return AreSame(localName, name.GetLocalName()) && (inAnyNamespace || AreSame(*namespaceURI, name.GetNamespace()));
+}
 
 NameTable::NameTable() : m_slots(std::make_unique<Entry*[]>(kFirstSlots)), m_mask(kFirstSlots - 1) {}
 
 void NameTable::DestroyEntries() noexcept {
-  for (std::size_t i = 0; i <= m_mask; ++i) {
-    if (m_slots[i] != nullptr) std::exchange(m_slots[i], nullptr)->~Entry();
-  }
+  while (m_newest != nullptr) std::exchange(m_newest, m_newest->older)->~Entry();
 }
 
 void NameTable::Clear() noexcept {
+  if (m_newest != nullptr) std::fill_n(m_slots.get(), m_mask + 1, nullptr);
   DestroyEntries();
   m_count = 0;
   m_last = nullptr;
   m_storage.Clear();
   m_namespaces.clear();
+  m_lastNamespace = nullptr;
 }
 
 const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t maxLength) {
@@ -73,11 +82,16 @@ NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash,
         u"A name is longer than %d characters. CSerializationContext::SetMaxNameLength sets this limit.", maxLength));
   }
   if (2 * (m_count + 1) > m_mask) Grow();
-  const auto& [prefix, uri] = InternNamespace(qualified.substr(0, prefixLength));
+  const auto& [prefix, ns] = InternNamespace(qualified.substr(0, prefixLength));
   char* kept = static_cast<char*>(m_storage.Allocate(local.size()));
   local.copy(kept, local.size());
-  Entry* entry = new (m_storage.Allocate(sizeof(Entry)))
-      Entry{{&uri, std::move(localName)}, hash, prefix, std::string_view(kept, local.size())};
+  auto* const entry =
+      new (m_storage.Allocate(sizeof(Entry))) Entry{{&ns.uri, std::move(localName), {}, ExpandedName::PlaceOf(ns.kept)},
+                                                    hash,
+                                                    prefix,
+                                                    {kept, local.size()},
+                                                    m_newest};
+  m_newest = entry;
   std::size_t i = hash & m_mask;
   while (m_slots[i] != nullptr) i = (i + 1) & m_mask;
   m_slots[i] = entry;
@@ -86,19 +100,23 @@ NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash,
 }
 
 const NameTable::Namespace& NameTable::InternNamespace(std::string_view prefix) {
-  const auto known = m_namespaces.find(prefix);
-  if (known != m_namespaces.end()) return *known;
-  return *m_namespaces.emplace(prefix, ToWide(prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1))).first;
+  if (m_lastNamespace != nullptr && m_lastNamespace->first == prefix) return *m_lastNamespace;
+  auto known = m_namespaces.find(prefix);
+  if (known == m_namespaces.end()) {
+    const std::string_view uri = prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1);
+    known = m_namespaces.emplace(prefix, NamespaceURI{ToWide(uri)}).first;
+  }
+  m_lastNamespace = &*known;
+  return *known;
 }
 
 void NameTable::Grow() {
   const std::size_t mask = 2 * m_mask + 1;
   auto slots = std::make_unique<Entry*[]>(mask + 1);
-  for (std::size_t old = 0; old <= m_mask; ++old) {
-    if (m_slots[old] == nullptr) continue;
-    std::size_t i = m_slots[old]->hash & mask;
+  for (Entry* entry = m_newest; entry != nullptr; entry = entry->older) {
+    std::size_t i = entry->hash & mask;
     while (slots[i] != nullptr) i = (i + 1) & mask;
-    slots[i] = m_slots[old];
+    slots[i] = entry;
   }
   m_slots = std::move(slots);
   m_mask = mask;

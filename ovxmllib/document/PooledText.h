@@ -31,6 +31,9 @@ class PooledText {
     m_length = length;
   }
 
+  /// The same place for its owner to write to.
+  WChar* Room() noexcept { return const_cast<WChar*>(m_data); }
+
   /// Deletes the string, if one was made.
   void Drop() noexcept { delete m_string.exchange(nullptr, std::memory_order_relaxed); }
 

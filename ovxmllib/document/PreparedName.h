@@ -25,6 +25,8 @@ class OVXMLLIB_API PreparedName {
   /// not kept.
   const std::size_t* GetKeptNamespace() const noexcept { return m_keptNamespace; }
   const std::size_t* GetKeptLocalName() const noexcept { return m_keptLocalName; }
+  /// Whether both are kept.
+  bool IsKept() const noexcept { return m_keptNamespace != nullptr && m_keptLocalName != nullptr; }
 
  private:
   WString m_name, m_namespace;

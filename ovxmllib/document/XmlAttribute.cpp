@@ -14,19 +14,9 @@ bool IsAboutTheDocument(WStringView ns) { return ns == kXsiNamespace || ns == kX
 
 }  // namespace
 
-CXmlAttribute::CXmlAttribute(const CXmlElement* parent, const ExpandedName& name)
-    : CInstanceMonitor(Record()), m_pParent(parent), m_name(&name) {}
-
 CInstanceMonitor::ClassType& CXmlAttribute::Record() {
   static ClassType& record = FindClass(u"CXmlAttribute");
   return record;
-}
-
-const WString& CXmlAttribute::GetLocalName() const noexcept { return m_name->localName; }
-const WString& CXmlAttribute::GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
-
-bool CXmlAttribute::IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
-  return m_name->Is(name, inAnyNamespace);
 }
 
 const WString& CXmlAttribute::GetValue() const {

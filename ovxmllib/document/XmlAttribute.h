@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ovxmllib/binding/Export.h"
+#include "ovxmllib/document/ExpandedName.h"
 #include "ovxmllib/document/PooledText.h"
 #include "ovxmllib/foundation/InstanceMonitor.h"
 #include "ovxmllib/foundation/WideString.h"
@@ -11,8 +12,6 @@ namespace OvXmlLib16 {
 class CXmlElement;
 class DocumentTree;
 class SharedName;
-class PreparedName;
-struct ExpandedName;
 
 /// One attribute of a CXmlElement. Made and owned by the document; valid as long as its element.
 class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
@@ -21,15 +20,17 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
   CXmlAttribute& operator=(const CXmlAttribute&) = delete;
 
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
-  const WString& GetLocalName() const noexcept;
+  const WString& GetLocalName() const noexcept { return m_name->localName; }
   /// Whether it has this local name, and the namespace unless that is not to count.
-  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept;
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
+    return m_name->Is(name, inAnyNamespace);
+  }
   /// The value, as the parser normalised it (XML 1.0, section 3.3.3).
   const WString& GetValue() const;
   /// The value without a string being made of it; valid as long as the attribute.
   WStringView GetValueView() const noexcept { return m_value.View(); }
   /// The namespace URI; empty for a name without prefix.
-  const WString& GetNamespaceURI() const noexcept;
+  const WString& GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
 
   /// True for `type`, `schemaLocation`, `noNamespaceSchemaLocation` and `xmlns` in the XML Schema instance namespace or
   /// the namespace of declarations: what says something about the document and is no data of it.
@@ -41,7 +42,8 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
   WString GetXPath() const;
 
  protected:
-  CXmlAttribute(const CXmlElement* parent, const ExpandedName& name);
+  CXmlAttribute(const CXmlElement* parent, const ExpandedName& name) noexcept
+      : CInstanceMonitor(CountedByOwner()), m_pParent(parent), m_name(&name) {}
   ~CXmlAttribute() override = default;  // never run: the pool takes nodes back without visiting them
 
  private:

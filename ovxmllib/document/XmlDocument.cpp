@@ -114,6 +114,7 @@ void CXmlDocument::CheckInputLength(std::uint64_t length) const {
 }
 
 CXmlElement* CXmlDocument::GetDocumentElement() const noexcept { return m_tree->GetDocumentElement(); }
+std::size_t CXmlDocument::GetElementCount() const noexcept { return m_tree->GetElementCount(); }
 
 WString CXmlDocument::LookupNamespaceFromAlias(const WChar* alias) const {
   return Found(m_tree->FindNamespace(ViewOf(alias)));

@@ -102,6 +102,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
 
   /// The document element; null before a load. Owned by the document.
   CXmlElement* GetDocumentElement() const noexcept;
+  /// How many elements the tree has.
+  std::size_t GetElementCount() const noexcept;
 
   /// The namespace that the document declares for an alias, the empty alias being the default namespace; empty for
   /// none. One map serves the whole document, so of an alias declared twice the last declaration counts, wherever it

@@ -9,19 +9,9 @@
 
 namespace OvXmlLib16 {
 
-CXmlElement::CXmlElement(const CXmlDocument* document, const CXmlElement* parent, const ExpandedName& name)
-    : CInstanceMonitor(Record()), m_pDocument(document), m_pParent(parent), m_name(&name) {}
-
 CInstanceMonitor::ClassType& CXmlElement::Record() {
   static ClassType& record = FindClass(u"CXmlElement");
   return record;
-}
-
-const WString& CXmlElement::GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
-const WString& CXmlElement::GetLocalName() const noexcept { return m_name->localName; }
-
-bool CXmlElement::IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
-  return m_name->Is(name, inAnyNamespace);
 }
 
 const WString& CXmlElement::GetText() const {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ovxmllib/binding/Export.h"
+#include "ovxmllib/document/ExpandedName.h"
 #include "ovxmllib/document/PooledText.h"
 #include "ovxmllib/foundation/InstanceMonitor.h"
 #include "ovxmllib/foundation/WideString.h"
@@ -15,9 +16,7 @@ namespace OvXmlLib16 {
 class CXmlAttribute;
 class CXmlDocument;
 class DocumentTree;
-class PreparedName;
 class SharedName;
-struct ExpandedName;
 
 /// One element of a parsed document: its names, its attributes, its child elements and its character data in one text.
 ///
@@ -41,11 +40,13 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   const CXmlDocument* GetDocument() const noexcept { return m_pDocument; }
 
   /// The namespace URI; empty for none.
-  const WString& GetNamespaceURI() const noexcept;
+  const WString& GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
-  const WString& GetLocalName() const noexcept;
+  const WString& GetLocalName() const noexcept { return m_name->localName; }
   /// Whether it has this local name, and the namespace unless that is not to count.
-  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept;
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
+    return m_name->Is(name, inAnyNamespace);
+  }
 
   /// All character data of the element itself in document order, white space between child elements included, without
   /// any U+000D. A string is made at the first call.
@@ -67,7 +68,8 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   WString GetXPath() const;
 
  protected:
-  CXmlElement(const CXmlDocument* document, const CXmlElement* parent, const ExpandedName& name);
+  CXmlElement(const CXmlDocument* document, const CXmlElement* parent, const ExpandedName& name) noexcept
+      : CInstanceMonitor(CountedByOwner()), m_pDocument(document), m_pParent(parent), m_name(&name) {}
   ~CXmlElement() override = default;  // never run: the pool takes nodes back without visiting them
 
  private:

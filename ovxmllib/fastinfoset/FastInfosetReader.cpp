@@ -5,11 +5,11 @@
 
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/fastinfoset/EncodedValues.h"
-#include "ovxmllib/fastinfoset/PlainText.h"
 #include "ovxmllib/fastinfoset/RestrictedAlphabet.h"
 #include "ovxmllib/fastinfoset/SkippedItems.h"
 #include "ovxmllib/fastinfoset/TextSyntax.h"
 #include "ovxmllib/foundation/Unicode.h"
+#include "ovxmllib/foundation/WidenAscii.h"
 
 namespace OvXmlLib16 {
 
@@ -144,6 +144,16 @@ unsigned CFastInfosetReader::ParseAttributes() {
   return first;
 }
 
+// The text of a string, in the tree's memory.
+inline WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& string, CarriageReturns crs) {
+  if (string.characters != CharacterForm::Utf8) return DecodeOther(string, crs);
+  const Octets octets = string.octets;
+  WChar* const text = m_tree.AllocateText(octets.size());
+  // Such text needs no further look.
+  const bool isPlain = unicode::WidenIf<unicode::IsAsciiWithoutControls>(octets.data(), octets.size(), text);
+  return isPlain ? WStringView(text, octets.size()) : DecodeUtf8(octets, text, crs);
+}
+
 // C.4, with NonIdentifyingStringOrIndex on the first bit (C.14).
 void CFastInfosetReader::ParseAttribute(unsigned first) {
   const ExpandedName& name = m_names.ReadAttributeName(first);
@@ -197,13 +207,13 @@ WStringView CFastInfosetReader::TextAt(Values& values, std::uint32_t index) {
   return *text;
 }
 
-// The text of a string, in the tree's memory.
-WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& string, CarriageReturns crs) {
-  if (string.characters == CharacterForm::Utf8) return DecodeUtf8(string.octets, crs);
+WStringView CFastInfosetReader::DecodeOther(const fastinfoset::StoredString& string, CarriageReturns crs) {
   if (string.characters == CharacterForm::Utf16) return DecodeUtf16(string.octets, crs);
   m_decoded.clear();
   if (string.characters == CharacterForm::Algorithm) {
-    if (string.index == fastinfoset::kCData) return DecodeUtf8(string.octets, crs);
+    if (string.index == fastinfoset::kCData) {
+      return DecodeUtf8(string.octets, m_tree.AllocateText(string.octets.size()), crs);
+    }
     fastinfoset::DecodeValues(string.index, string.octets, m_decoded);
     return Keep(m_decoded, crs);
   }
@@ -214,11 +224,8 @@ WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& string, 
   return Keep(m_decoded, crs);
 }
 
-WStringView CFastInfosetReader::DecodeUtf8(Octets octets, CarriageReturns crs) {
-  WChar* const text = m_tree.AllocateText(octets.size());
-  if (fastinfoset::IsPlain(octets.data(), octets.size())) {
-    return {text, unicode::Utf8ToWideDroppingCr(octets.data(), octets.size(), text)};
-  }
+// `text` has room for as many units.
+WStringView CFastInfosetReader::DecodeUtf8(Octets octets, WChar* text, CarriageReturns crs) {
   const unicode::Progress done = unicode::Utf8ToWide(octets.data(), octets.size(), text);
   if (done.read != octets.size()) m_in.Fail(u"Failed to parse FastInfoset. A text is no UTF-8.");
   return Checked(text, done.written, crs);

@@ -60,7 +60,8 @@ class CFastInfosetReader : public CInstanceMonitor {
   void SkipItem(unsigned first);
   WStringView TextAt(Values& values, std::uint32_t index);
   WStringView Decode(const fastinfoset::StoredString& string, CarriageReturns crs);
-  WStringView DecodeUtf8(std::span<const unsigned char> octets, CarriageReturns crs);
+  WStringView DecodeOther(const fastinfoset::StoredString& string, CarriageReturns crs);
+  WStringView DecodeUtf8(std::span<const unsigned char> octets, WChar* text, CarriageReturns crs);
   WStringView DecodeUtf16(std::span<const unsigned char> octets, CarriageReturns crs);
   WStringView Keep(WStringView text, CarriageReturns crs);
   WStringView Checked(WChar* text, std::size_t length, CarriageReturns crs);

@@ -12,7 +12,6 @@
 #include "ovxmllib/document/XmlEscape.h"
 #include "ovxmllib/document/XmlWriterContext.h"
 #include "ovxmllib/fastinfoset/EncodedValues.h"
-#include "ovxmllib/fastinfoset/PlainText.h"
 #include "ovxmllib/fastinfoset/RestrictedAlphabet.h"
 #include "ovxmllib/foundation/Unicode.h"
 

@@ -31,6 +31,8 @@ class OctetReader {
 
   /// The number that begins in the octet `first`, which has been read. Throws the form's failure.
   std::uint64_t ReadNumber(const NumberForm& form, unsigned first) {
+    // Each caller has a form of its own, which its rows become part of.
+#pragma GCC unroll 4
     for (const NumberRow& row : form.rows) {
       const unsigned mask = row.markerMask;
       if ((first & mask) == row.marker) return ReadInRow(form, row, first);

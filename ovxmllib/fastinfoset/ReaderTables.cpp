@@ -1,10 +1,24 @@
 #include "ovxmllib/fastinfoset/ReaderTables.h"
 
+#include <algorithm>
+
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/document/PlainText.h"
 #include "ovxmllib/fastinfoset/TextSyntax.h"
 #include "ovxmllib/foundation/Unicode.h"
 
 namespace OvXmlLib16::fastinfoset {
+
+namespace {
+
+// Whether it is a name of ASCII characters without a colon, as most are.
+bool IsPlainName(std::string_view text) noexcept {
+  using namespace plaintext;
+  return !text.empty() && Is(kNameStart, text.front()) &&
+         std::all_of(text.begin(), text.end(), [](char c) { return Is(kNameByte, c); });
+}
+
+}  // namespace
 
 NameReader::NameReader(OctetReader& in, DocumentTree& tree, const CFIVocabulary& vocabulary, bool allowsColons)
     : m_in(in),
@@ -15,16 +29,6 @@ NameReader::NameReader(OctetReader& in, DocumentTree& tree, const CFIVocabulary&
       m_localNames(vocabulary.GetLocalNamesTable().m_table),
       m_elements(vocabulary.GetElementNamesTable()),
       m_attributes(vocabulary.GetAttributeNamesTable()) {}
-
-const ExpandedName& NameReader::ReadElementName(unsigned first) {
-  if ((first & 0x3F) >= octet::kLiteralElementName) return ReadLiteral(m_elements, first);
-  return NameAt(m_elements, m_in.ReadIndex(kIndexOnThirdBit, first));
-}
-
-const ExpandedName& NameReader::ReadAttributeName(unsigned first) {
-  if ((first & 0x7F) >= octet::kLiteralAttributeName) return ReadLiteral(m_attributes, first);
-  return NameAt(m_attributes, m_in.ReadIndex(kIndexOnSecondBit, first));
-}
 
 const ExpandedName& NameReader::ReadLiteral(QualifiedNames& names, unsigned first) {
   const bool hasPrefix = (first & octet::kPrefixFollows) != 0, hasNamespace = (first & octet::kNamespaceFollows) != 0;
@@ -38,15 +42,14 @@ const ExpandedName& NameReader::ReadLiteral(QualifiedNames& names, unsigned firs
   return name;
 }
 
-const ExpandedName& NameReader::NameAt(QualifiedNames& names, std::uint32_t index) {
+// The name of a vocabulary that is used for the first time.
+const ExpandedName& NameReader::PreparedNameAt(QualifiedNames& names, std::uint32_t index) {
   const ExpandedName** const name = names.names.Find(index);
   if (name == nullptr) m_in.Fail(u"Failed to parse FastInfoset. There is no name of this index.");
-  if (*name == nullptr) {
-    const CFIVocabulary::CQNameParts& parts = names.prepared[index - 1];
-    const std::uint32_t ns = parts.m_dwNamespaceIndex;
-    *name = &Intern(ns == 0 ? std::string_view() : TextAt(m_namespaces, ns),
-                    TextAt(m_localNames, parts.m_dwLocalNameIndex));
-  }
+  const CFIVocabulary::CQNameParts& parts = names.prepared[index - 1];
+  const std::uint32_t ns = parts.m_dwNamespaceIndex;
+  *name =
+      &Intern(ns == 0 ? std::string_view() : TextAt(m_namespaces, ns), TextAt(m_localNames, parts.m_dwLocalNameIndex));
   return **name;
 }
 
@@ -82,6 +85,7 @@ std::string_view NameReader::TextAt(NameTexts& texts, std::uint32_t index) {
 // Decided: a name that XML does not allow is refused here, where it costs a look at each literal, since no writer looks
 // at names; see docs/decisions.md.
 void NameReader::CheckText(std::string_view text, bool isName) {
+  if (isName && IsPlainName(text)) return;
   m_wide.resize(text.size());
   const unicode::Progress done =
       unicode::Utf8ToWide(reinterpret_cast<const unsigned char*>(text.data()), text.size(), m_wide.data());

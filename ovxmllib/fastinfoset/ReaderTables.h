@@ -72,8 +72,14 @@ class NameReader {
 
   /// A qualified name that begins in the octet `first`: QualifiedNameOrIndex on the third bit (C.18), on the second bit
   /// (C.17).
-  const ExpandedName& ReadElementName(unsigned first);
-  const ExpandedName& ReadAttributeName(unsigned first);
+  const ExpandedName& ReadElementName(unsigned first) {
+    if ((first & 0x3F) >= octet::kLiteralElementName) return ReadLiteral(m_elements, first);
+    return NameAt(m_elements, m_in.ReadIndex(kIndexOnThirdBit, first));
+  }
+  const ExpandedName& ReadAttributeName(unsigned first) {
+    if ((first & 0x7F) >= octet::kLiteralAttributeName) return ReadLiteral(m_attributes, first);
+    return NameAt(m_attributes, m_in.ReadIndex(kIndexOnSecondBit, first));
+  }
 
   /// A namespace attribute (C.12) that begins in the octet `first`; the tree gets it.
   void ReadNamespaceAttribute(unsigned first);
@@ -83,7 +89,11 @@ class NameReader {
   void CheckText(std::string_view text, bool isName);
   std::string_view TextAt(NameTexts& texts, std::uint32_t index);
   const ExpandedName& ReadLiteral(QualifiedNames& names, unsigned first);
-  const ExpandedName& NameAt(QualifiedNames& names, std::uint32_t index);
+  const ExpandedName& NameAt(QualifiedNames& names, std::uint32_t index) {
+    const ExpandedName** const name = names.names.Find(index);
+    return name != nullptr && *name != nullptr ? **name : PreparedNameAt(names, index);
+  }
+  const ExpandedName& PreparedNameAt(QualifiedNames& names, std::uint32_t index);
   const ExpandedName& Intern(std::string_view ns, std::string_view local);
 
   OctetReader& m_in;

@@ -189,6 +189,7 @@ void CInstanceMonitor::Cleanup() { Registry::Instance().Clear(); }
 CInstanceMonitor::ClassType& CInstanceMonitor::FindClass(const WChar* className) {
   return Registry::Instance().Find(ViewOf(className));
 }
+void CInstanceMonitor::Remember(ClassType& record, std::int64_t count) noexcept { Count(record, &Tally::made, count); }
 void CInstanceMonitor::Forget(ClassType& record, std::int64_t count) noexcept { Count(record, &Tally::gone, count); }
 
 }  // namespace OvXmlLib16

@@ -44,11 +44,18 @@ class OVXMLLIB_API CInstanceMonitor {
   /// The record of a class name, made at its first use. Takes a lock.
   static ClassType& FindClass(const WChar* className);
 
-  /// Takes `count` instances off at once: for an owner that gives back the memory of many without destroying each.
+  /// \name For an owner of many instances, which counts them and gives their memory back without destroying each
+  /// \{
+  struct CountedByOwner {};
+  explicit CInstanceMonitor(CountedByOwner) noexcept : m_pct(nullptr) {}
+  /// Counts `count` instances at once.
+  static void Remember(ClassType& record, std::int64_t count) noexcept;
+  /// Takes them off.
   static void Forget(ClassType& record, std::int64_t count) noexcept;
+  /// \}
 
  private:
-  ClassType* m_pct;  // not owned
+  ClassType* m_pct;  // not owned; null where the owner counts
 };
 
 }  // namespace OvXmlLib16

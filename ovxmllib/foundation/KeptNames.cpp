@@ -15,11 +15,12 @@ namespace {
 constexpr std::size_t kPlaces = 512;  // a power of two
 constexpr std::size_t kLongest = 64;  // code units
 
-// Each place takes the first name that comes to it and never gives it up.
+// Each place takes the first name that comes to it and never gives it up; a name tries some in a row.
+constexpr std::size_t kTries = 4;
 constinit std::array<std::atomic<const std::size_t*>, kPlaces> g_places{};
 
 // Four units at a time, the last four also where they overlap others.
-std::size_t PlaceOf(WStringView name) noexcept {
+std::size_t HashOf(WStringView name) noexcept {
   constexpr std::size_t kBlock = 4;
   constexpr std::uint64_t kOddConstant = 0x9E37'79B9'7F4A'7C15u;  // 2^64 divided by the golden ratio
   std::uint64_t hash = name.size();
@@ -35,35 +36,53 @@ std::size_t PlaceOf(WStringView name) noexcept {
     for (std::size_t i = 0; i + kBlock < name.size(); i += kBlock) mixBlock(i);
     mixBlock(name.size() - kBlock);
   }
-  return static_cast<std::size_t>(hash >> 32) % kPlaces;
+  return static_cast<std::size_t>(hash >> 32);
 }
 
 bool Holds(const std::size_t* kept, WStringView name) noexcept {
   return AreSame({reinterpret_cast<const WChar*>(kept + 1), *kept}, name);
 }
 
-bool CanBeKept(WStringView name) noexcept { return !name.empty() && name.size() <= kLongest; }
+constexpr std::size_t kEmptyName = 0;
+
+std::atomic<const std::size_t*>& PlaceOf(std::size_t number) noexcept { return g_places[number % kPlaces]; }
+
+// What the place, which was empty, keeps from now on: this name, or another thread's that was first.
+const std::size_t* KeepAt(std::atomic<const std::size_t*>& place, WStringView name) {
+  void* const memory = ::operator new(sizeof(std::size_t) + name.size() * sizeof(WChar));
+  auto* const made = new (memory) std::size_t(name.size());
+  std::memcpy(made + 1, name.data(), name.size() * sizeof(WChar));
+  const std::size_t* kept = nullptr;
+  if (place.compare_exchange_strong(kept, made, std::memory_order_acq_rel, std::memory_order_acquire)) return made;
+  ::operator delete(memory);
+  return kept;
+}
 
 }  // namespace
 
 const std::size_t* LookForKeptName(WStringView name) noexcept {
-  if (!CanBeKept(name)) return nullptr;
-  const std::size_t* const kept = g_places[PlaceOf(name)].load(std::memory_order_acquire);
-  return kept != nullptr && Holds(kept, name) ? kept : nullptr;
+  if (name.empty()) return &kEmptyName;
+  if (name.size() > kLongest) return nullptr;
+  const std::size_t hash = HashOf(name);
+  for (std::size_t i = 0; i < kTries; ++i) {
+    const std::size_t* const kept = PlaceOf(hash + i).load(std::memory_order_acquire);
+    if (kept == nullptr) return nullptr;
+    if (Holds(kept, name)) return kept;
+  }
+  return nullptr;
 }
 
 const std::size_t* FindKeptName(WStringView name) {
-  if (!CanBeKept(name)) return nullptr;
-  std::atomic<const std::size_t*>& place = g_places[PlaceOf(name)];
-  const std::size_t* kept = place.load(std::memory_order_acquire);
-  if (kept == nullptr) {
-    void* const memory = ::operator new(sizeof(std::size_t) + name.size() * sizeof(WChar));
-    auto* const made = new (memory) std::size_t(name.size());
-    std::memcpy(made + 1, name.data(), name.size() * sizeof(WChar));
-    if (place.compare_exchange_strong(kept, made, std::memory_order_acq_rel, std::memory_order_acquire)) return made;
-    ::operator delete(memory);
+  if (name.empty()) return &kEmptyName;
+  if (name.size() > kLongest) return nullptr;
+  const std::size_t hash = HashOf(name);
+  for (std::size_t i = 0; i < kTries; ++i) {
+    std::atomic<const std::size_t*>& place = PlaceOf(hash + i);
+    const std::size_t* kept = place.load(std::memory_order_acquire);
+    if (kept == nullptr) kept = KeepAt(place, name);
+    if (Holds(kept, name)) return kept;
   }
-  return Holds(kept, name) ? kept : nullptr;
+  return nullptr;
 }
 
 }  // namespace OvXmlLib16

@@ -9,7 +9,7 @@ namespace OvXmlLib16 {
 
 /// Where a name is kept, as CompactText lays a text out, for the rest of the process; null when there is no room for
 /// it. There are some hundred places for short names, so that documents with ever new names cannot fill the memory. Any
-/// thread may call it; it costs a look at one place. Throws std::bad_alloc at a name's first use.
+/// thread may call it; it costs a look at a few places. Throws std::bad_alloc at a name's first use.
 const std::size_t* FindKeptName(WStringView name);
 
 /// The same for a name that is to be kept by others only, as the names of documents, which come from anywhere; null

@@ -6,37 +6,15 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/foundation/WidenAscii.h"
 
 namespace OvXmlLib16::unicode {
 
 namespace {
 
-// Eight bytes at a time: wide enough that ASCII text runs at memory speed, small enough for short values.
-constexpr std::size_t kStride = 8;
-
-constexpr std::uint64_t EachByte(std::uint64_t byte) noexcept { return byte * 0x0101010101010101u; }
 constexpr std::uint64_t EachUnit(std::uint64_t unit) noexcept { return unit * 0x0001000100010001u; }
 
-// True for eight bytes that are all ASCII.
-bool IsAsciiBlock(const unsigned char* data) noexcept {
-  std::uint64_t block;
-  std::memcpy(&block, data, sizeof block);
-  return (block & EachByte(0x80)) == 0;
-}
-
-// True for eight ASCII bytes of which none is U+000D: a zero byte of `block ^ CR` borrows into its top bit.
-constexpr bool IsAsciiWithoutCr(std::uint64_t block) noexcept {
-  const std::uint64_t differs = block ^ EachByte('\r');
-  return ((block | (differs - EachByte(1))) & EachByte(0x80)) == 0;
-}
-
-std::uint64_t LoadBlock(const unsigned char* data) noexcept {
-  std::uint64_t block;
-  std::memcpy(&block, data, sizeof block);
-  return block;
-}
-
-bool IsAsciiBlockWithoutCr(const unsigned char* data) noexcept { return IsAsciiWithoutCr(LoadBlock(data)); }
+bool IsAsciiBlock(const unsigned char* data) noexcept { return IsAscii(LoadWord<std::uint64_t>(data)); }
 
 // Whether U+0000 is a character like any other or stops a conversion.
 enum class Nul { Converts, Stops };
@@ -62,17 +40,6 @@ bool HasNulOrSurrogate(const WChar* block) noexcept {
   return (ZeroUnits(halves[0]) | ZeroUnits(halves[1])) != 0 || HasSurrogate(block);
 }
 
-// Eight at once, which compilers do not make of a loop over memory that may overlap.
-using ByteBlock [[gnu::vector_size(kStride)]] = unsigned char;
-using UnitBlock [[gnu::vector_size(2 * kStride)]] = std::uint16_t;
-
-void WidenBlock(const unsigned char* data, WChar* out) noexcept {
-  ByteBlock bytes;
-  std::memcpy(&bytes, data, sizeof bytes);
-  const UnitBlock units = __builtin_convertvector(bytes, UnitBlock);
-  std::memcpy(out, &units, sizeof units);
-}
-
 // The UTF-8 bytes of eight units of which none is a surrogate.
 std::size_t MeasureBlock(const WChar* text) noexcept {
   std::size_t bytes = 0;
@@ -96,42 +63,6 @@ bool NarrowAsciiBlock(const WChar* text, unsigned char* out) noexcept {
   if (((words[0] | words[1] | words[2] | words[3]) & EachUnit(0xFF80)) != 0) return false;
   const NarrowedBlock bytes = __builtin_convertvector(units, NarrowedBlock);
   std::memcpy(out, &bytes, sizeof bytes);
-  return true;
-}
-
-// Widens four bytes.
-void WidenHalf(std::uint32_t bytes, WChar* out) noexcept {
-  std::uint64_t units = (bytes | std::uint64_t{bytes} << 16) & 0x0000FFFF0000FFFFu;
-  units = (units | units << 8) & EachUnit(0x00FF);
-  std::memcpy(out, &units, sizeof units);
-}
-
-// Widens text that is ASCII without U+000D; false, with `out` half written, when it is not. The end of the text is done
-// by one more step over its last bytes, which may go over some for the second time.
-bool WidenPlain(const unsigned char* data, std::size_t length, WChar* out) noexcept {
-  constexpr std::size_t kHalf = kStride / 2;
-  if (length >= kStride) {
-    for (std::size_t i = 0; length - i >= kStride; i += kStride) {
-      if (!IsAsciiBlockWithoutCr(data + i)) return false;
-      WidenBlock(data + i, out + i);
-    }
-    if (!IsAsciiBlockWithoutCr(data + length - kStride)) return false;
-    WidenBlock(data + length - kStride, out + length - kStride);
-    return true;
-  }
-  if (length >= kHalf) {
-    std::uint32_t first, last;
-    std::memcpy(&first, data, sizeof first);
-    std::memcpy(&last, data + length - kHalf, sizeof last);
-    if (!IsAsciiWithoutCr(first | std::uint64_t{last} << 32)) return false;
-    WidenHalf(first, out);
-    WidenHalf(last, out + length - kHalf);
-    return true;
-  }
-  for (std::size_t i = 0; i < length; ++i) {
-    if (data[i] >= 0x80 || data[i] == '\r') return false;
-    out[i] = data[i];
-  }
   return true;
 }
 
@@ -237,7 +168,7 @@ constexpr std::size_t kLossyPiece = 512;
   WChar* const start = out;
   std::size_t i = 0;
   while (i < length) {
-    for (; length - i >= kStride && IsAsciiBlockWithoutCr(data + i); i += kStride, out += kStride) {
+    for (; length - i >= kStride && IsAsciiWithoutCr(LoadWord<std::uint64_t>(data + i)); i += kStride, out += kStride) {
       WidenBlock(data + i, out);
     }
     for (; i < length && data[i] < 0x80; ++i) {
@@ -278,7 +209,7 @@ Progress Utf8ToWide(const unsigned char* data, std::size_t length, WChar* out) n
 }
 
 std::size_t Utf8ToWideDroppingCr(const unsigned char* data, std::size_t length, WChar* out) noexcept {
-  return WidenPlain(data, length, out) ? length : ConvertDroppingCr(data, length, out);
+  return WidenIf<IsAsciiWithoutCr>(data, length, out) ? length : ConvertDroppingCr(data, length, out);
 }
 
 std::size_t SequenceLength(const unsigned char* data, std::size_t left) noexcept {

@@ -53,7 +53,7 @@ std::uint64_t FindInWords(std::size_t count, const Find& find) noexcept {
 }
 
 template <WChar kLimit>
-bool HasAnyBelow(WStringView value) noexcept {
+[[gnu::always_inline]] inline bool HasAnyBelow(WStringView value) noexcept {
   if (value.size() < kLanes) {
     return std::any_of(value.begin(), value.end(), [](WChar c) { return c < kLimit; });
   }

@@ -19,13 +19,18 @@ bool SkipTo(const CElementInfo& entry, const CSerializationContext& context, CXm
   return true;
 }
 
-// Within an element: finds the child of a mandatory entry. Returns false when it is missing and may be.
-bool FindMandatory(const CElementInfo& entry, const CSerializationContext& context, const CXmlElement& parent,
-                   CXmlElement** child) {
-  if (entry.IsThisElement(context, *child)) return true;
+bool FindFurther(const CElementInfo& entry, const CSerializationContext& context, const CXmlElement& parent,
+                 CXmlElement** child) {
   if (context.GetIgnoreMissingMandatoryElements()) return false;
   if (!SkipTo(entry, context, child)) entry.ThrowChildMissing(parent);
   return true;
+}
+
+// Within an element: finds the child of a mandatory entry, which is most often the next. Returns false when it is
+// missing and may be.
+inline bool FindMandatory(const CElementInfo& entry, const CSerializationContext& context, const CXmlElement& parent,
+                          CXmlElement** child) {
+  return entry.IsThisElement(context, *child) || FindFurther(entry, context, parent, child);
 }
 
 // The count at the end of a collection's read.
