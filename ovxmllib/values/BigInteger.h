@@ -19,6 +19,7 @@
 namespace OvXmlLib16 {
 
 class CDecimal;
+class DecimalParts;
 
 /// The types of characters, and bool: no numbers, though the language converts them silently.
 template <class T>
@@ -145,7 +146,8 @@ class OVXMLLIB_API CBigInteger {
   friend OVXMLLIB_API std::ostream& operator<<(std::ostream& out, const CBigInteger& value);
 
  private:
-  friend class CDecimal;  // works on the halves of a number at a time
+  friend class CDecimal;
+  friend class DecimalParts;  // works on the halves of a number at a time
   friend struct std::hash<CBigInteger>;
 
   CBigInteger(DecimalLimbs magnitude, std::int32_t sign) noexcept : m_magnitude(std::move(magnitude)), m_sign(sign) {}

@@ -7,12 +7,15 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ovxmllib/binding/Export.h"
 #include "ovxmllib/foundation/WideString.h"
 #include "ovxmllib/values/BigInteger.h"
 
 namespace OvXmlLib16 {
+
+class DecimalParts;
 
 /// A decimal number of any size, held as a whole part, a fraction and the number of decimal places of the fraction.
 ///
@@ -24,7 +27,7 @@ namespace OvXmlLib16 {
 /// `>`, `<=` and `>=` compare the whole parts, then the fractions, and see it: `CDecimal("-0") < CDecimal("0")` holds,
 /// and so does `CDecimal("-5") < CDecimal(-5)`, since only a text gives its sign to the fraction zero.
 ///
-/// Up to 36 digits on either side of the point need no memory of their own. Other operations may throw std::bad_alloc;
+/// Up to 18 digits on either side of the point need no memory of their own. Other operations may throw std::bad_alloc;
 /// whatever throws leaves the object unchanged. Values are independent of each other: each may be used on a thread of
 /// its own.
 class OVXMLLIB_API CDecimal {
@@ -32,10 +35,10 @@ class OVXMLLIB_API CDecimal {
   /// Zero.
   CDecimal() noexcept = default;
   template <MachineInteger T>
-  CDecimal(T value) noexcept : m_integerPart(value) {}
+  CDecimal(T value) noexcept : m_number{{CBigInteger::MagnitudeOf(value)}, 0, 1, SignOf(value < T{}), 1} {}
   template <CharacterOrBool T>
   CDecimal(T) = delete;
-  CDecimal(const CBigInteger& value) : m_integerPart(value) {}
+  CDecimal(const CBigInteger& value);
   /// The value rounded to thirteen places, which hides the binary error of doubles of ordinary size: 0.1 gives 0.1.
   /// Throws COvInvalidValueException for NaN and infinities.
   CDecimal(double value);
@@ -49,15 +52,26 @@ class OVXMLLIB_API CDecimal {
   /// digit by which the exponent leaves the range of -1000 to 1000.
   CDecimal(const WChar* text) { Parse(ViewOf(text)); }
   explicit CDecimal(WStringView text) { Parse(text); }
-  CDecimal(const CDecimal& other) = default;
+  CDecimal(const CDecimal& other) : m_number(other.m_number) {
+    if (IsLong()) CopyLong();
+  }
   /// Leaves zero behind.
-  CDecimal(CDecimal&& other) noexcept = default;
-  virtual ~CDecimal() = default;
+  CDecimal(CDecimal&& other) noexcept : m_number(std::exchange(other.m_number, Number())) {}
+  virtual ~CDecimal() {
+    if (IsLong()) FreeLong();
+  }
 
-  CDecimal& operator=(const CDecimal& other);
+  CDecimal& operator=(const CDecimal& other) {
+    if (IsLong() || other.IsLong()) return *this = CDecimal(other);
+    m_number = other.m_number;
+    return *this;
+  }
   /// Leaves zero behind.
-  CDecimal& operator=(CDecimal&& other) noexcept = default;
-
+  CDecimal& operator=(CDecimal&& other) noexcept {
+    CDecimal taken(std::move(other));
+    std::swap(m_number, taken.m_number);
+    return *this;
+  }
   /// The number in UTF-8 text, read like wide text. Throws COvInvalidValueException for invalid UTF-8 too.
   static CDecimal FromUtf8(std::string_view text);
 
@@ -87,11 +101,11 @@ class OVXMLLIB_API CDecimal {
   CBigInteger ToBigInteger() const;
 
   /// What stands in front of the point, with the number's sign, which a zero keeps.
-  const CBigInteger& GetIntegerPart() const noexcept { return m_integerPart; }
+  CBigInteger GetIntegerPart() const;
   /// The fraction in units of ten to the power -GetFractionDivider(): 5 for 12.05, of which the divider is 2.
-  const CBigInteger& GetFractionPart() const noexcept { return m_fractionPart; }
+  CBigInteger GetFractionPart() const;
   /// The number of decimal places; 1 for a whole number.
-  std::int32_t GetFractionDivider() const noexcept { return static_cast<std::int32_t>(m_fractionDivider); }
+  std::int32_t GetFractionDivider() const noexcept;
 
   /// Changes the sign of both parts, zeros among them.
   void Negate() noexcept;
@@ -129,46 +143,34 @@ class OVXMLLIB_API CDecimal {
 
  private:
   friend struct std::hash<CDecimal>;
+  friend struct OvVariant;
 
-  CDecimal(CBigInteger whole, CBigInteger fraction, std::int64_t divider) noexcept;
+  // Most numbers are two words; others lie on the heap.
+  struct Number {
+    union {
+      std::uint64_t whole = 0;
+      DecimalParts* parts;  // owned
+    };
+    std::uint64_t fraction = 0;  // below ten to the power `places`
+    std::int32_t places = 1;     // at most 18; kLong where there are parts
+    std::int8_t wholeSign = 1, fractionSign = 1;
+  };
+  static constexpr std::int32_t kLong = -1;
+
+  explicit CDecimal(DecimalParts&& parts);
+
+  static constexpr std::int8_t SignOf(bool isNegative) noexcept { return isNegative ? -1 : 1; }
+  bool IsLong() const noexcept { return m_number.places == kLong; }
+  void CopyLong();
+  void FreeLong() noexcept;
+  DecimalParts ToParts() const;
 
   void Parse(WStringView text);
   bool ParseShort(WStringView text) noexcept;
-  // Applies an exponent of ten.
-  void Scale(bool isNegative, std::size_t exponent);
-
-  // `units` times ten to the power -places. Both parts get the sign of `units`, but zero becomes positive.
-  static CDecimal FromUnits(CBigInteger units, std::int64_t places);
-  // The number in units of ten to the power -places, of which it has no more, with further zeros behind it.
-  CBigInteger ToUnits(std::int64_t places, std::int64_t zeros = 0) const;
-  // The fraction in units of ten to the power -places, of which it has no more.
-  CBigInteger GetFraction(std::int64_t places) const;
-
-  // Drops zeros at the end of the fraction, but not its first place.
-  void Rationalise();
-  // Rounds to `places`, which are not more than there are; an exact half is dropped.
-  void ChangeFractionalDivider(std::int64_t places);
-  // Brings the fraction below one, and both parts to one sign.
-  void Carry();
-  // Not more places than are kept.
-  void Round();
-  // The same, and without zeros at the end.
-  void Tidy();
-
-  template <class Test>
-  static bool TestFractions(const CDecimal& a, const CDecimal& b, Test test);
-
-  bool IsNegative() const noexcept { return m_integerPart.m_sign < 0; }
-  bool IsInPlace() const noexcept {
-    return m_integerPart.m_magnitude.IsInPlace() && m_fractionPart.m_magnitude.IsInPlace();
-  }
-  bool AppendShort(WString& out, std::int64_t places) const;
-  void AppendCut(WString& out, std::size_t places) const;
+  bool AppendShort(WString& out, std::int32_t places) const;
   std::size_t Hash() const;
 
-  CBigInteger m_integerPart;
-  CBigInteger m_fractionPart;          // below ten to the power m_fractionDivider
-  std::int64_t m_fractionDivider = 1;  // decimal places; wide enough for any text until Tidy
+  Number m_number;
 };
 
 }  // namespace OvXmlLib16

@@ -39,10 +39,12 @@ constexpr auto kReaders = MakePrimitiveTable([](auto row) { return &Read<row.kTy
 
 OvVariant::OvVariant(const OvVariant& other)
     : m_isNil(other.m_isNil),
+      m_owns(other.m_owns),
       m_form(other.m_form),
       m_type(other.m_type),
       m_text(other.m_form == kFormOf<WString> ? WStringView(other.m_text) : WStringView()),
       m_dateTime(other.m_dateTime),
+      m_decimal(other.m_decimal),
       m_owned(other.m_owned) {}
 
 OvVariant& OvVariant::operator=(OvVariant&& other) noexcept {
@@ -54,14 +56,20 @@ OvVariant& OvVariant::operator=(OvVariant&& other) noexcept {
 
 void OvVariant::Swap(OvVariant& other) noexcept {
   std::swap(m_isNil, other.m_isNil);
+  std::swap(m_owns, other.m_owns);
   std::swap(m_form, other.m_form);
   std::swap(m_type, other.m_type);
   m_text.swap(other.m_text);
   std::swap(m_dateTime, other.m_dateTime);
+  std::swap(m_decimal, other.m_decimal);
   m_owned.swap(other.m_owned);
 }
 
-void OvVariant::DestroyOwned() noexcept { m_owned.emplace<Scalar>(); }
+void OvVariant::DestroyOwned() noexcept {
+  m_owned.emplace<Scalar>();
+  if (m_decimal.IsLong()) m_decimal = CDecimal();
+  m_owns = false;
+}
 
 void OvVariant::FreeText() noexcept { WString().swap(m_text); }
 
@@ -99,6 +107,7 @@ void OvVariant::SetXmlObject(CXmlObjectBase* object) {
   CSmartPtr<CXmlObjectBase> reference(object);
   HoldNothing(ItemType_XmlObjectBase, /*isNil=*/false);
   m_owned = std::move(reference);
+  m_owns = true;
 }
 
 CSmartPtr<CXmlObjectBase> OvVariant::GetXmlObject() const {

@@ -185,6 +185,8 @@ struct OVXMLLIB_API OvVariant {
       return m_text;
     } else if constexpr (std::is_same_v<Value, CDateTime>) {
       return m_dateTime;
+    } else if constexpr (std::is_same_v<Value, CDecimal>) {
+      return m_decimal;
     } else if constexpr (std::is_arithmetic_v<Value>) {
       return *std::launder(reinterpret_cast<const Value*>(std::get_if<Scalar>(&m_owned)->bytes));
     } else {
@@ -201,6 +203,10 @@ struct OVXMLLIB_API OvVariant {
     } else if constexpr (std::is_same_v<Value, CDateTime>) {
       m_dateTime = std::forward<T>(value);
       GiveUpOwned();
+    } else if constexpr (std::is_same_v<Value, CDecimal>) {
+      m_decimal = std::forward<T>(value);
+      if (m_owns && m_form != kFormOf<CDecimal>) m_owned.template emplace<Scalar>();
+      m_owns = m_decimal.IsLong();
     } else if constexpr (std::is_arithmetic_v<Value>) {
       const auto copy = static_cast<Value>(value);
       GiveUpOwned();
@@ -209,6 +215,7 @@ struct OVXMLLIB_API OvVariant {
       *held = std::forward<T>(value);
     } else {
       m_owned.template emplace<Value>(Value(std::forward<T>(value)));
+      m_owns = true;
     }
   }
 
@@ -219,7 +226,7 @@ struct OVXMLLIB_API OvVariant {
   }
 
   void GiveUpOwned() noexcept {
-    if (!std::holds_alternative<Scalar>(m_owned)) DestroyOwned();
+    if (m_owns) DestroyOwned();
   }
   void DestroyOwned() noexcept;
   void FreeText() noexcept;
@@ -232,13 +239,15 @@ struct OVXMLLIB_API OvVariant {
   void Swap(OvVariant& other) noexcept;
 
   bool m_isNil = false;
+  bool m_owns = false;    // m_owned holds something else than a scalar, or m_decimal has memory of its own
   Form m_form = kNoForm;  // of the value that there is: none for an object, for nil and for an invalid variant
   ItemType m_type = ItemType_none;
-  // A text and a date stand by themselves, so that the one keeps its memory and the other, which has a virtual
-  // destructor, needs no call. What they hold while m_form is another does not count.
+  // What is most frequent stands by itself, so that a text keeps its memory and the others, which have virtual
+  // destructors, need no call. What they hold while m_form is another does not count.
   WString m_text;
   CDateTime m_dateTime;
-  std::variant<Scalar, CBinaryData, CDateTimeSpan, CDecimal, CBigInteger, CSmartPtr<CXmlObjectBase>> m_owned;
+  CDecimal m_decimal;
+  std::variant<Scalar, CBinaryData, CDateTimeSpan, CBigInteger, CSmartPtr<CXmlObjectBase>> m_owned;
 };
 
 }  // namespace OvXmlLib16
