@@ -64,6 +64,7 @@ struct OpenPage {
 };
 
 constinit thread_local OpenPage t_open;
+constinit thread_local bool t_hasScope = false;
 
 // Closes the page of a thread that ends.
 struct PageCloser {
@@ -83,21 +84,34 @@ bool OpenNext() {
   return true;
 }
 
+std::byte* Aligned(std::byte* position, std::size_t alignment) noexcept {
+  return position + (-reinterpret_cast<std::uintptr_t>(position) & (alignment - 1));
+}
+
 PieceHead& HeadOf(void* object) noexcept { return static_cast<PieceHead*>(object)[-1]; }
 
 }  // namespace
 
-void* AllocateObject(std::size_t bytes) {
-  constexpr std::size_t kAlignment = alignof(PieceHead);
-  const std::size_t size = sizeof(PieceHead) + ((bytes + kAlignment - 1) & ~(kAlignment - 1));
+void* AllocateObject(std::size_t bytes, std::size_t alignment) {
+  constexpr std::size_t kMostAhead = sizeof(PieceHead) + __STDCPP_DEFAULT_NEW_ALIGNMENT__;
   if (!kPools || bytes > kLargest) return AllocateObjectApart(bytes);
   OpenPage& open = t_open;
-  if (size > static_cast<std::size_t>(open.end - open.position) && !OpenNext()) return AllocateObjectApart(bytes);
-  auto* const head = new (open.position) PieceHead(open.page);
-  open.position += size;
+  const bool fits = kMostAhead + bytes <= static_cast<std::size_t>(open.end - open.position);
+  if (!fits && !OpenNext()) return AllocateObjectApart(bytes);
+  std::byte* const object = Aligned(open.position + sizeof(PieceHead), alignment);
+  new (object - sizeof(PieceHead)) PieceHead(open.page);
+  open.position = Aligned(object + bytes, alignof(PieceHead));
   ++open.pieces;
-  return head + 1;
+  return object;
 }
+
+void* AllocateBoundObject(std::size_t bytes) {
+  return t_hasScope ? AllocateObject(bytes, __STDCPP_DEFAULT_NEW_ALIGNMENT__) : AllocateObjectApart(bytes);
+}
+
+SlabScope::SlabScope(bool isWanted) noexcept : m_wasOpen(t_hasScope) { t_hasScope |= isWanted; }
+
+SlabScope::~SlabScope() { t_hasScope = m_wasOpen; }
 
 void* AllocateObjectApart(std::size_t bytes) {
   constexpr std::size_t kAhead = __STDCPP_DEFAULT_NEW_ALIGNMENT__;

@@ -5,7 +5,9 @@
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/XmlAttribute.h"
+#include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/mapping/AttributeInfo.h"
 #include "ovxmllib/mapping/ElementInfo.h"
 #include "ovxmllib/mapping/Nillable.h"
@@ -66,6 +68,12 @@ class LazyNamespace {
   bool m_isKnown = false;
 };
 
+// Whether this is the root of a large document.
+bool HoldsMany(const CXmlElement& element) noexcept {
+  constexpr std::size_t kMany = 1000;
+  return element.GetParentElm() == nullptr && element.GetDocument()->GetElementCount() >= kMany;
+}
+
 [[noreturn]] void ThrowUnreadChild(const CXmlElement& parent, const CXmlElement& child) {
   // Deliberate: the message is spelled so.
   throw COvValidationException(
@@ -88,6 +96,7 @@ class LazyNamespace {
 
 CXmlElement* CXmlGeneratedClass::FromXml_Int(CXmlElement* parent, CXmlElement* child,
                                              const CSerializationContext& context, bool optionalChoice) {
+  const SlabScope scope(HoldsMany(*parent));
   try {
     ReadObject(parent, child, context, optionalChoice);
     return child;
@@ -135,6 +144,7 @@ void CXmlGeneratedClass::ReadPrimitiveValue(CXmlElement* parent, const CParentEl
 void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& context, CXmlElement* element,
                                                   bool failIfUnknown) {
   CAttributeInfo** const entries = GetClassAttributeInfo();
+  if (*entries == nullptr && element->GetFirstAttribute() == nullptr) return;
   const std::size_t count = CountEntries(entries);
   SeenFlags seen(count);
   for (const CXmlAttribute* attribute = element->GetFirstAttribute(); attribute != nullptr;
