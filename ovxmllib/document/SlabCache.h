@@ -30,7 +30,7 @@ class Slab {
 // documents of all threads, up to kMaxCached bytes in the process. Others go back at once.
 inline constexpr std::size_t kSmallestCachedSlab = 64 * 1024;
 inline constexpr std::size_t kLargestSlab = 4 * 1024 * 1024;
-inline constexpr std::size_t kMaxCached = 64 * 1024 * 1024;
+inline constexpr std::size_t kMaxCached = 128 * 1024 * 1024;
 
 /// Gives what the cache holds to the system.
 void TrimSlabCache() noexcept;
