@@ -125,15 +125,24 @@ OvXmlLib16::CSmartPtr<OvXmlLib16::CXmlObjectBase> MakeNew(int, const OvXmlLib16:
 
 /// \name The body of AccessProperty for one property
 /// \{
+/// The value that a setter is given.
+template <OvXmlLib16::ItemType kType>
+decltype(auto) ValueOf(const OvXmlLib16::OvVariant& value) {
+  if constexpr (kType == OvXmlLib16::ItemType_string) {
+    return value.GetString();
+  } else {
+    return value.Get<kType>();
+  }
+}
 template <OvXmlLib16::ItemType kType, class T>
 void Access(T& property, bool read, OvXmlLib16::OvVariant& value) {
-  read ? value.Set<kType>(property) : void(property = value.Get<kType>());
+  read ? value.Set<kType>(property) : void(property = ValueOf<kType>(value));
 }
 /// An optional value: not there, or nil, is the same to it.
 template <OvXmlLib16::ItemType kType, class T>
 void Access(std::optional<T>& property, bool read, OvXmlLib16::OvVariant& value) {
   if (!read && value.IsNil()) return property.reset();
-  if (!read) return void(property = value.Get<kType>());
+  if (!read) return void(property = ValueOf<kType>(value));
   property ? value.Set<kType>(*property) : value.SetInvalid();
 }
 template <class T>

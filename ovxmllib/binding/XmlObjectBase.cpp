@@ -72,11 +72,20 @@ CXmlObjectBase& CXmlObjectBase::operator=(const CXmlObjectBase& other) {
 
 CXmlObjectBase::~CXmlObjectBase() = default;
 
+void CXmlObjectBase::SetElementName(const WChar* name) {
+  const std::size_t* const kept = name == nullptr || *name == 0 ? nullptr : FindKeptName(name);
+  kept != nullptr ? void(m_strElementName = CompactText(kept)) : SetElementName(ViewOf(name));
+}
+
 void CXmlObjectBase::SetElementName(WStringView name) {
-  if (name.empty()) m_strElementName = CompactText();
-  if (name.empty() || AreSame(name, m_strElementName.View())) return;
+  if (name.empty()) return void(m_strElementName = CompactText());
   const std::size_t* const kept = FindKeptName(name);
-  m_strElementName = kept != nullptr ? CompactText(kept) : CompactText(name);
+  if (kept != nullptr) return void(m_strElementName = CompactText(kept));
+  if (!AreSame(name, m_strElementName.View())) m_strElementName = CompactText(name);
+}
+
+void CXmlObjectBase::TakeElementName(const CXmlElement& element) {
+  if (!m_strElementName.IsKeptAt(element.GetKeptLocalName())) SetElementName(WStringView(element.GetLocalName()));
 }
 
 void CXmlObjectBase::OnEvent(CXmlObjectBase*, IEventSink::MsgType, void*) {}

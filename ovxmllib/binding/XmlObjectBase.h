@@ -239,11 +239,13 @@ class OVXMLLIB_API CXmlObjectBase : public IEventSink {
 
   /// The name of the element that the object stands for; empty for a new object.
   WString GetElementName() const { return m_strElementName.String(); }
-  void SetElementName(const WChar* name) { SetElementName(ViewOf(name)); }
+  void SetElementName(const WChar* name);
   /// The same without a copy of the name, valid until it is set, and for text that need not be terminated.
   WStringView GetElementNameView() const noexcept { return m_strElementName.View(); }
   void SetElementName(WStringView name);
   static void SetElementName(CXmlObjectBase* object, const WChar* name) { object->SetElementName(name); }
+  /// Takes the local name of the element that the object is read from.
+  void TakeElementName(const CXmlElement& element);
 
   /// Tell `sink` of a change of `collection`: OnEvent with the type of the same name. An index of -1 stands for all.
   static void FireOnCollectionChangeEvent(IEventSink* sink, CXmlObjectBase* collection);

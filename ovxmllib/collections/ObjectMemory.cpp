@@ -88,6 +88,15 @@ std::byte* Aligned(std::byte* position, std::size_t alignment) noexcept {
   return position + (-reinterpret_cast<std::uintptr_t>(position) & (alignment - 1));
 }
 
+// Objects mostly go in the order in which they were made, too quickly for what the processor foresees.
+void FetchAhead(const void* object) noexcept {
+  constexpr std::size_t kAhead = 1024, kLine = 64, kLines = 4;  // bytes; more than most objects have
+#pragma GCC unroll 4
+  for (std::size_t i = 0; i < kLines; ++i) {
+    __builtin_prefetch(static_cast<const std::byte*>(object) + kAhead + i * kLine, /*rw=*/1);
+  }
+}
+
 PieceHead& HeadOf(void* object) noexcept { return static_cast<PieceHead*>(object)[-1]; }
 
 }  // namespace
@@ -122,7 +131,10 @@ void* AllocateObjectApart(std::size_t bytes) {
 
 void FreeObject(void* object) noexcept {
   if (object == nullptr) return;
-  if (Page* const page = HeadOf(object)) return page->TakeOff(1);
+  if (Page* const page = HeadOf(object)) {
+    FetchAhead(object);
+    return page->TakeOff(1);
+  }
   ::operator delete(static_cast<std::byte*>(object) - __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 }
 

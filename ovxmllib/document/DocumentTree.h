@@ -54,13 +54,21 @@ class DocumentTree {
   /// \{
   /// Memory for `units` code units. Throws std::bad_alloc.
   WChar* AllocateText(std::size_t units) { return static_cast<WChar*>(m_pool.Allocate(units * sizeof(WChar))); }
+  /// The same, with room for `room` units, a multiple of four and not less, until the tree is next asked for anything.
+  WChar* AllocateText(std::size_t units, std::size_t room) {
+    return static_cast<WChar*>(m_pool.Allocate(units * sizeof(WChar), room * sizeof(WChar)));
+  }
   /// As the operations above. `text` and `value` lie in memory of AllocateText. A text that comes first is not copied.
   void AddAttribute(const ExpandedName& name, WStringView value);
   void AppendText(WStringView text);
-  /// Ends the open element. The callback is not asked.
-  void CloseElement() noexcept {
+  /// Adds a child of the open element that has no attributes and no children, and `text`. The reader has called
+  /// CheckDepth. The callback is not asked.
+  void AddLeaf(const ExpandedName& name, WStringView text);
+  /// Ends the open element; returns whether another one is open. The callback is not asked.
+  bool CloseElement() noexcept {
     m_open.pop_back();
     if (m_open.empty()) CountNodes();
+    return !m_open.empty();
   }
   /// \}
 
@@ -71,6 +79,10 @@ class DocumentTree {
   /// beyond the limits on namespaces and attributes.
   void DeclareNamespace(std::string_view alias, std::string_view uri);
 
+  /// Throws as opening another element would, for a reader that looks at its content first.
+  void CheckDepth() const {
+    if (m_open.size() >= m_maxDepth && m_maxDepth != 0) ThrowTooDeep(m_maxDepth);
+  }
   /// What the limit on depth throws, for a reader that has it too.
   [[noreturn]] static void ThrowTooDeep(std::size_t limit);
   /// What the limit on attributes throws, for a reader that sees early that an element has too many.
@@ -123,6 +135,7 @@ class DocumentTree {
   };
 
   const CXmlElement* FindElement(WStringView path) const;
+  CXmlElement* MakeElement(OpenElement* above, const ExpandedName& name);
   CXmlAttribute& MakeAttribute(const ExpandedName& name);
   void NoteBeforeElement();
   void AppendMoreText(WStringView text);
@@ -131,9 +144,6 @@ class DocumentTree {
   void Drop(CXmlElement* ended, const BeforeElement& before) noexcept;
   void DropMade(CXmlElement* root) noexcept;
   void ReserveText(OpenElement& open, std::size_t units);
-  void CheckDepth() const {
-    if (m_open.size() >= m_maxDepth && m_maxDepth != 0) ThrowTooDeep(m_maxDepth);
-  }
   void CheckAttributeCount(std::size_t before) const {
     if (before >= m_maxAttributes && m_maxAttributes != 0) ThrowTooManyAttributes();
   }
@@ -169,23 +179,31 @@ class DocumentTree {
 
 // Here for the readers to inline: this is what reading a document comes to.
 
-inline void DocumentTree::StartElement(const ExpandedName& name) {
+inline CXmlElement* DocumentTree::MakeElement(OpenElement* above, const ExpandedName& name) {
   if (StopsEarly() && ++m_started == m_stopAt.element) throw COvException(u"Here.");
-  CheckDepth();
-  if (m_callback != nullptr) NoteBeforeElement();
-  OpenElement* const above = m_open.empty() ? nullptr : &m_open.back();
-  auto* const opened = new (m_pool.Allocate(sizeof(CXmlElement)))
+  auto* const made = new (m_pool.Allocate(sizeof(CXmlElement)))
       CXmlElement(&m_owner, above == nullptr ? nullptr : above->element, name);
   ++m_elements;
   if (above == nullptr) {
-    m_documentElement = opened;
+    m_documentElement = made;
   } else {
-    (above->lastChild != nullptr ? above->lastChild->m_pNextSibling : above->element->m_pFirstChild) = opened;
-    above->lastChild = opened;
+    (above->lastChild != nullptr ? above->lastChild->m_pNextSibling : above->element->m_pFirstChild) = made;
+    above->lastChild = made;
   }
-  m_open.push_back({opened, nullptr, 0});
+  return made;
+}
+
+inline void DocumentTree::StartElement(const ExpandedName& name) {
+  CheckDepth();
+  if (m_callback != nullptr) NoteBeforeElement();
+  m_open.push_back({MakeElement(m_open.empty() ? nullptr : &m_open.back(), name), nullptr, 0});
   m_lastAttribute = nullptr;
   m_attributesOfOpen = std::exchange(m_declarations, 0);
+}
+
+inline void DocumentTree::AddLeaf(const ExpandedName& name, WStringView text) {
+  CheckTextLength(text.size());
+  MakeElement(&m_open.back(), name)->m_text.Assign(text.data(), text.size());
 }
 
 inline CXmlAttribute& DocumentTree::MakeAttribute(const ExpandedName& name) {

@@ -26,10 +26,11 @@ class NodePool {
   NodePool& operator=(const NodePool&) = delete;
 
   /// Memory for `bytes`, aligned for pointers. Throws std::bad_alloc.
-  void* Allocate(std::size_t bytes) {
-    bytes = Rounded(bytes);
-    if (bytes > static_cast<std::size_t>(m_end - m_position)) OpenSlab(bytes);
-    return std::exchange(m_position, m_position + bytes);
+  void* Allocate(std::size_t bytes) { return Allocate(bytes, Rounded(bytes)); }
+  /// The same, with room for `room` bytes until the next allocation; it is at least Rounded(bytes).
+  void* Allocate(std::size_t bytes, std::size_t room) {
+    if (room > static_cast<std::size_t>(m_end - m_position)) OpenSlab(room);
+    return std::exchange(m_position, m_position + Rounded(bytes));
   }
 
   /// Grows what was allocated last, `bytes` at `data`, to `newBytes` where it lies; false if it was not the last or the
@@ -50,10 +51,12 @@ class NodePool {
   /// Takes back everything and gives the slabs to the system.
   void Clear() noexcept;
 
- private:
+  /// What an allocation takes.
   static constexpr std::size_t Rounded(std::size_t bytes) noexcept {
     return (bytes + alignof(void*) - 1) & ~(alignof(void*) - 1);
   }
+
+ private:
   void OpenSlab(std::size_t bytes);
   void Use(std::size_t slab) noexcept;
 

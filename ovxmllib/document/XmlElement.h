@@ -48,6 +48,9 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
     return m_name->Is(name, inAnyNamespace);
   }
 
+  /// Where the local name is kept for the process, if it is; else a place where nothing is. See KeptNames.h.
+  const std::size_t* GetKeptLocalName() const noexcept { return m_name->keptLocalName; }
+
   /// All character data of the element itself in document order, white space between child elements included, without
   /// any U+000D. A string is made at the first call.
   const WString& GetText() const;

@@ -9,6 +9,7 @@
 #include "ovxmllib/fastinfoset/SkippedItems.h"
 #include "ovxmllib/fastinfoset/TextSyntax.h"
 #include "ovxmllib/foundation/Unicode.h"
+#include "ovxmllib/foundation/UnitLanes.h"
 #include "ovxmllib/foundation/WidenAscii.h"
 
 namespace OvXmlLib16 {
@@ -35,6 +36,18 @@ std::size_t FindStart(Octets octets) noexcept {
   }
   return 0;
 }
+
+// Of well-formed UTF-16: no controls, and neither of the two highest units, which XML does not have.
+bool IsSurelyAllowed(WStringView text) noexcept {
+  using namespace lanes;
+  if (text.size() < kLanes) return false;
+  return FindInWords(text.size(), [=](std::size_t i) {
+           const std::uint64_t units = Load(text.data() + i);
+           return Below(units, u' ') | Below(~units, 2);
+         }) == 0;
+}
+
+constexpr bool IsChunk(unsigned first) noexcept { return (first & 0xC0) == 0x80; }
 
 }  // namespace
 
@@ -92,39 +105,86 @@ void CFastInfosetReader::SkipItem(unsigned first) {
   if (fastinfoset::IsComment(first)) return fastinfoset::SkipComment(m_in);
 }
 
+// The text of a string, in the tree's memory.
+inline WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& string, CarriageReturns crs) {
+  if (string.characters != CharacterForm::Utf8) return DecodeOther(string, crs);
+  const Octets octets = string.octets;
+  const std::size_t room = unicode::InWideStrides(octets.size());
+  WChar* const text = m_tree.AllocateText(octets.size(), room);
+  // Such text needs no further look. Texts at the very end of the document take the longer way.
+  const bool isPlain =
+      m_in.IsWithin(octets.data(), room) && unicode::WidenPlainByStrides(octets.data(), octets.size(), text);
+  return isPlain ? WStringView(text, octets.size()) : DecodeUtf8(octets, text, crs);
+}
+
+// C.7, with NonIdentifyingStringOrIndex on the third bit (C.15).
+[[gnu::always_inline]] inline WStringView CFastInfosetReader::ReadChunk(unsigned first) {
+  if ((first & octet::kChunkIndex) == octet::kChunkIndex) {
+    return TextAt(m_characterChunks, m_in.ReadIndex<fastinfoset::kIndexOnFourthBit>(first));
+  }
+  const WStringView text =
+      Decode(fastinfoset::ReadString<fastinfoset::kStringOnFifthBit>(m_in, first), m_characterChunks.crs);
+  if ((first & octet::kAddChunk) != 0) m_characterChunks.kept.Add(text);
+  return text;
+}
+
+// An element without attributes or namespaces whose name has an index. Most of them hold one text and no more: these
+// are made at once. Returns the octet behind what was read; half of a double terminator is a single one.
+inline unsigned CFastInfosetReader::ParsePlainElement(unsigned first) {
+  m_tree.CheckDepth();
+  const ExpandedName& name = m_names.ReadElementName(first);
+  unsigned next = m_in.Read();
+  if (!IsChunk(next)) {
+    m_tree.StartElement(name);
+    return next;
+  }
+  const WStringView text = ReadChunk(next);
+  next = m_in.Read();
+  if (fastinfoset::IsTerminator(next)) {
+    m_tree.AddLeaf(name, text);
+    return next == octet::kDoubleTerminator ? octet::kTerminator : m_in.Read();
+  }
+  m_tree.StartElement(name);
+  m_tree.AppendText(text);
+  return next;
+}
+
 // The element that begins in `first`, with all that it holds (C.3). No depth costs stack.
 void CFastInfosetReader::ParseRoot(unsigned first) {
-  std::size_t depth = 0;
-  while (true) {
-    std::size_t ended = 0;
-    if (first < 0x80) {
-      ++depth;
-      if (!ParseStartOfElement(first)) ended = 1;
-    } else if (first < 0xC0) {
-      ParseChunk(first);
-    } else if (fastinfoset::IsTerminator(first)) {
-      ended = first == octet::kDoubleTerminator ? 2 : 1;
-    } else if (fastinfoset::IsEntityReference(first)) {
-      fastinfoset::SkipEntityReference(m_in, first);
-    } else if (fastinfoset::IsProcessingInstruction(first) || fastinfoset::IsComment(first)) {
-      SkipItem(first);
+  for (unsigned next = ParseStartOfElement(first);;) {
+    if (next < octet::kNamespacesFollow) {
+      next = ParsePlainElement(next);
+    } else if (fastinfoset::IsTerminator(next)) {
+      if (!m_tree.CloseElement()) return;
+      next = next == octet::kDoubleTerminator ? octet::kTerminator : m_in.Read();
     } else {
-      m_in.Fail(u"Failed to parse FastInfoset. Invalid Encoding of Element type.");
+      next = ParseChild(next);
     }
-    for (; ended != 0; --ended) {
-      m_tree.CloseElement();
-      if (--depth == 0) return;
-    }
-    first = m_in.Read();
   }
 }
 
-// Namespace attributes, name and attributes. Returns false when the end of the attributes ends the element too.
-bool CFastInfosetReader::ParseStartOfElement(unsigned first) {
+// Any other child, or the start of one. Returns as ParsePlainElement.
+unsigned CFastInfosetReader::ParseChild(unsigned first) {
+  if (first < 0x80) return ParseStartOfElement(first);
+  if (IsChunk(first)) {
+    m_tree.AppendText(ReadChunk(first));
+  } else if (fastinfoset::IsEntityReference(first)) {
+    fastinfoset::SkipEntityReference(m_in, first);
+  } else if (fastinfoset::IsProcessingInstruction(first) || fastinfoset::IsComment(first)) {
+    SkipItem(first);
+  } else {
+    m_in.Fail(u"Failed to parse FastInfoset. Invalid Encoding of Element type.");
+  }
+  return m_in.Read();
+}
+
+// Namespace attributes, name and attributes. Returns as above: the end of the attributes may end the element too.
+unsigned CFastInfosetReader::ParseStartOfElement(unsigned first) {
   const bool hasAttributes = (first & octet::kAttributesFollow) != 0;
   if ((first & 0x3C) == octet::kNamespacesFollow) first = ParseNamespaceAttributes();
   m_tree.StartElement(m_names.ReadElementName(first));
-  return !hasAttributes || ParseAttributes() != octet::kDoubleTerminator;
+  const bool endsElement = hasAttributes && ParseAttributes() == octet::kDoubleTerminator;
+  return endsElement ? octet::kTerminator : m_in.Read();
 }
 
 // Returns the first octet of the element's name, which stands behind them.
@@ -144,53 +204,33 @@ unsigned CFastInfosetReader::ParseAttributes() {
   return first;
 }
 
-// The text of a string, in the tree's memory.
-inline WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& string, CarriageReturns crs) {
-  if (string.characters != CharacterForm::Utf8) return DecodeOther(string, crs);
-  const Octets octets = string.octets;
-  WChar* const text = m_tree.AllocateText(octets.size());
-  // Such text needs no further look.
-  const bool isPlain = unicode::WidenIf<unicode::IsAsciiWithoutControls>(octets.data(), octets.size(), text);
-  return isPlain ? WStringView(text, octets.size()) : DecodeUtf8(octets, text, crs);
-}
-
 // C.4, with NonIdentifyingStringOrIndex on the first bit (C.14).
 void CFastInfosetReader::ParseAttribute(unsigned first) {
   const ExpandedName& name = m_names.ReadAttributeName(first);
   m_attributesOfElement.push_back(&name);
   const unsigned value = m_in.Read();
   if ((value & octet::kIndex) != 0) {
-    const std::uint32_t index = m_in.ReadIndex(fastinfoset::kIndexOrZeroOnSecondBit, value);
+    const std::uint32_t index = m_in.ReadIndex<fastinfoset::kIndexOrZeroOnSecondBit>(value);
     return m_tree.AddAttribute(name, index == 0 ? WStringView() : TextAt(m_attributeValues, index));
   }
   const WStringView text =
-      Decode(fastinfoset::ReadString(m_in, fastinfoset::kStringOnThirdBit, value), m_attributeValues.crs);
+      Decode(fastinfoset::ReadString<fastinfoset::kStringOnThirdBit>(m_in, value), m_attributeValues.crs);
   if ((value & octet::kAddValue) != 0) m_attributeValues.kept.Add(text);
   m_tree.AddAttribute(name, text);
 }
 
 // Decided: as in XML no two attributes of an element have the same name, see docs/decisions.md.
 void CFastInfosetReader::CheckAttributesDiffer() {
-  constexpr std::ptrdiff_t kFew = 8;
+  constexpr std::size_t kFew = 8;
   auto& names = m_attributesOfElement;
-  if (std::ssize(names) > kFew) std::sort(names.begin(), names.end());
-  for (auto name = names.begin(); name != names.end(); ++name) {
-    const auto end = std::ssize(names) > kFew ? std::min(name + 2, names.end()) : names.end();
-    if (std::find(name + 1, end, *name) != end) {
-      m_in.Fail(u"Failed to parse FastInfoset. An element has two attributes of the same name.");
+  if (names.size() > kFew) std::sort(names.begin(), names.end());
+  for (std::size_t i = 1; i < names.size(); ++i) {
+    // Of sorted names the neighbours.
+    for (std::size_t j = names.size() > kFew ? i - 1 : 0; j < i; ++j) {
+      if (names[i] == names[j])
+        m_in.Fail(u"Failed to parse FastInfoset. An element has two attributes of the same name.");
     }
   }
-}
-
-// C.7, with NonIdentifyingStringOrIndex on the third bit (C.15).
-void CFastInfosetReader::ParseChunk(unsigned first) {
-  if ((first & octet::kChunkIndex) == octet::kChunkIndex) {
-    return m_tree.AppendText(TextAt(m_characterChunks, m_in.ReadIndex(fastinfoset::kIndexOnFourthBit, first)));
-  }
-  const WStringView text =
-      Decode(fastinfoset::ReadString(m_in, fastinfoset::kStringOnFifthBit, first), m_characterChunks.crs);
-  if ((first & octet::kAddChunk) != 0) m_characterChunks.kept.Add(text);
-  m_tree.AppendText(text);
 }
 
 // A stored text costs its reader as much as it is long, and the document an octet.
@@ -228,6 +268,7 @@ WStringView CFastInfosetReader::DecodeOther(const fastinfoset::StoredString& str
 WStringView CFastInfosetReader::DecodeUtf8(Octets octets, WChar* text, CarriageReturns crs) {
   const unicode::Progress done = unicode::Utf8ToWide(octets.data(), octets.size(), text);
   if (done.read != octets.size()) m_in.Fail(u"Failed to parse FastInfoset. A text is no UTF-8.");
+  if (IsSurelyAllowed({text, done.written})) return {text, done.written};
   return Checked(text, done.written, crs);
 }
 

@@ -51,12 +51,14 @@ class CFastInfosetReader : public CInstanceMonitor {
   static ClassType& Record();
 
   void ParseRoot(unsigned first);
-  bool ParseStartOfElement(unsigned first);
+  unsigned ParsePlainElement(unsigned first);
+  unsigned ParseChild(unsigned first);
+  unsigned ParseStartOfElement(unsigned first);
   unsigned ParseNamespaceAttributes();
   unsigned ParseAttributes();
   void ParseAttribute(unsigned first);
   void CheckAttributesDiffer();
-  void ParseChunk(unsigned first);
+  WStringView ReadChunk(unsigned first);
   void SkipItem(unsigned first);
   WStringView TextAt(Values& values, std::uint32_t index);
   WStringView Decode(const fastinfoset::StoredString& string, CarriageReturns crs);

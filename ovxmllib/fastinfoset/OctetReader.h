@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 
 #include "ovxmllib/fastinfoset/BinaryForms.h"
 
@@ -30,22 +31,29 @@ class OctetReader {
   }
 
   /// The number that begins in the octet `first`, which has been read. Throws the form's failure.
-  std::uint64_t ReadNumber(const NumberForm& form, unsigned first) {
-    // Each caller has a form of its own, which its rows become part of.
-#pragma GCC unroll 4
-    for (const NumberRow& row : form.rows) {
-      const unsigned mask = row.markerMask;
-      if ((first & mask) == row.marker) return ReadInRow(form, row, first);
+  template <const NumberForm& kForm>
+  [[gnu::always_inline]] std::uint64_t ReadNumber(unsigned first) {
+    return [&]<std::size_t... kRow>(std::index_sequence<kRow...>) __attribute__((always_inline)) {
+      std::uint64_t number = 0;
+      if (!(ReadInRow<kForm, kRow>(first, number) || ...)) Fail(kForm.failure);
+      return number;
     }
-    Fail(form.failure);
+    (std::make_index_sequence<kForm.rows.size()>());
   }
   /// The same for an index.
-  std::uint32_t ReadIndex(const NumberForm& form, unsigned first) {
-    return static_cast<std::uint32_t>(ReadNumber(form, first));
+  template <const NumberForm& kForm>
+  std::uint32_t ReadIndex(unsigned first) {
+    return static_cast<std::uint32_t>(ReadNumber<kForm>(first));
   }
   /// The octets whose length begins in `first`.
-  std::span<const unsigned char> TakeCounted(const NumberForm& form, unsigned first) {
-    return Take(ReadNumber(form, first));
+  template <const NumberForm& kForm>
+  std::span<const unsigned char> TakeCounted(unsigned first) {
+    return Take(ReadNumber<kForm>(first));
+  }
+
+  /// Whether there are `length` octets from `data` on, which has been taken.
+  bool IsWithin(const unsigned char* data, std::size_t length) const noexcept {
+    return length <= static_cast<std::size_t>(m_end - data);
   }
 
   std::size_t GetLength() const noexcept { return static_cast<std::size_t>(m_end - m_start); }
@@ -54,13 +62,22 @@ class OctetReader {
   [[noreturn]] void Fail(const WChar* message) const;
 
  private:
-  std::uint64_t ReadInRow(const NumberForm& form, const NumberRow& row, unsigned first) {
+  // The number, if it is in this row. The rows are known to the compiler, which leaves little of them.
+  template <const NumberForm& kForm, std::size_t kRow>
+  [[gnu::always_inline]] bool ReadInRow(unsigned first, std::uint64_t& number) {
+    constexpr NumberRow row = kForm.rows[kRow];
+    constexpr std::uint64_t kGreatest =
+        row.first + (std::uint64_t{row.valueMask} << 8 * row.octets | ~(~std::uint64_t{0} << 8 * row.octets));
+    if ((first & row.markerMask) != row.marker) return false;
     std::uint64_t rest = first & row.valueMask;
-    if (row.octets != 0) {
-      for (const unsigned char octet : Take(row.octets)) rest = rest << 8 | octet;
-      if (row.first + rest > row.last) Fail(form.failure);
+    if constexpr (row.octets != 0) {
+      const unsigned char* const octets = Take(row.octets).data();
+#pragma GCC unroll 4
+      for (std::size_t i = 0; i < row.octets; ++i) rest = rest << 8 | octets[i];
     }
-    return row.first + rest;
+    number = row.first + rest;
+    if (kGreatest > row.last && number > row.last) Fail(kForm.failure);
+    return true;
   }
 
   [[noreturn]] void ThrowEnd() const;
@@ -78,14 +95,15 @@ struct StoredString {
 };
 
 /// Reads one that begins in the octet `first`.
-inline StoredString ReadString(OctetReader& in, const StringForm& form, unsigned first) {
-  StoredString string{static_cast<CharacterForm>(first >> form.shift & 3), 0, {}};
+template <const StringForm& kForm>
+[[gnu::always_inline]] inline StoredString ReadString(OctetReader& in, unsigned first) {
+  StoredString string{static_cast<CharacterForm>(first >> kForm.shift & 3), 0, {}};
   if (string.characters == CharacterForm::Alphabet || string.characters == CharacterForm::Algorithm) {
     const unsigned next = in.Read();
-    string.index = ((first << (8 - form.shift) & 0xFF) | next >> form.shift) + 1;
+    string.index = ((first << (8 - kForm.shift) & 0xFF) | next >> kForm.shift) + 1;
     first = next;
   }
-  string.octets = in.TakeCounted(*form.length, first);
+  string.octets = in.TakeCounted<*kForm.length>(first);
   return string;
 }
 

@@ -68,8 +68,8 @@ void NameReader::ReadNamespaceAttribute(unsigned first) {
 // IdentifyingStringOrIndex (C.13). A literal always enters the table.
 std::string_view NameReader::ReadText(NameTexts& texts, bool isName) {
   const unsigned first = m_in.Read();
-  if ((first & octet::kIndex) != 0) return TextAt(texts, m_in.ReadIndex(kIndexOnSecondBit, first));
-  const auto octets = m_in.TakeCounted(kLengthOnSecondBit, first);
+  if ((first & octet::kIndex) != 0) return TextAt(texts, m_in.ReadIndex<kIndexOnSecondBit>(first));
+  const auto octets = m_in.TakeCounted<kLengthOnSecondBit>(first);
   const std::string_view text(reinterpret_cast<const char*>(octets.data()), octets.size());
   CheckText(text, isName);
   texts.Add(text);

@@ -72,13 +72,13 @@ class NameReader {
 
   /// A qualified name that begins in the octet `first`: QualifiedNameOrIndex on the third bit (C.18), on the second bit
   /// (C.17).
-  const ExpandedName& ReadElementName(unsigned first) {
+  [[gnu::always_inline]] const ExpandedName& ReadElementName(unsigned first) {
     if ((first & 0x3F) >= octet::kLiteralElementName) return ReadLiteral(m_elements, first);
-    return NameAt(m_elements, m_in.ReadIndex(kIndexOnThirdBit, first));
+    return NameAt(m_elements, m_in.ReadIndex<kIndexOnThirdBit>(first));
   }
   const ExpandedName& ReadAttributeName(unsigned first) {
     if ((first & 0x7F) >= octet::kLiteralAttributeName) return ReadLiteral(m_attributes, first);
-    return NameAt(m_attributes, m_in.ReadIndex(kIndexOnSecondBit, first));
+    return NameAt(m_attributes, m_in.ReadIndex<kIndexOnSecondBit>(first));
   }
 
   /// A namespace attribute (C.12) that begins in the octet `first`; the tree gets it.

@@ -19,15 +19,15 @@ void SkipComponents(OctetReader& in, std::span<const Component> components, unsi
 }
 
 // NonEmptyOctetString with a bit of padding (C.22).
-void SkipOctetString(OctetReader& in) { in.TakeCounted(kLengthOnSecondBit, in.Read()); }
+void SkipOctetString(OctetReader& in) { in.TakeCounted<kLengthOnSecondBit>(in.Read()); }
 
 // IdentifyingStringOrIndex (C.13).
 void SkipIdentifyingString(OctetReader& in) {
   const unsigned first = in.Read();
   if ((first & octet::kIndex) != 0) {
-    in.ReadIndex(kIndexOnSecondBit, first);
+    in.ReadIndex<kIndexOnSecondBit>(first);
   } else {
-    in.TakeCounted(kLengthOnSecondBit, first);
+    in.TakeCounted<kLengthOnSecondBit>(first);
   }
 }
 
@@ -35,20 +35,20 @@ void SkipIdentifyingString(OctetReader& in) {
 void SkipValue(OctetReader& in) {
   const unsigned first = in.Read();
   if ((first & octet::kIndex) != 0) {
-    in.ReadIndex(kIndexOrZeroOnSecondBit, first);
+    in.ReadIndex<kIndexOrZeroOnSecondBit>(first);
   } else {
-    ReadString(in, kStringOnThirdBit, first);
+    ReadString<kStringOnThirdBit>(in, first);
   }
 }
 
-void SkipEncodedString(OctetReader& in) { ReadString(in, kStringOnThirdBit, in.Read()); }
+void SkipEncodedString(OctetReader& in) { ReadString<kStringOnThirdBit>(in, in.Read()); }
 
 // NameSurrogate (C.16): which parts there are, and the index of each.
 void SkipNameSurrogate(OctetReader& in) {
   const unsigned parts = in.Read();
-  if ((parts & octet::kPrefixFollows) != 0) in.ReadIndex(kIndexOnSecondBit, in.Read());
-  if ((parts & octet::kNamespaceFollows) != 0) in.ReadIndex(kIndexOnSecondBit, in.Read());
-  in.ReadIndex(kIndexOnSecondBit, in.Read());
+  if ((parts & octet::kPrefixFollows) != 0) in.ReadIndex<kIndexOnSecondBit>(in.Read());
+  if ((parts & octet::kNamespaceFollows) != 0) in.ReadIndex<kIndexOnSecondBit>(in.Read());
+  in.ReadIndex<kIndexOnSecondBit>(in.Read());
 }
 
 // C.2.4: an identifier and data.
@@ -59,7 +59,7 @@ void SkipAdditionalDatum(OctetReader& in) {
 
 template <Skip kSkipItem>
 void SkipSequence(OctetReader& in) {
-  for (std::uint64_t left = in.ReadNumber(kSequenceLength, in.Read()); left != 0; --left) kSkipItem(in);
+  for (std::uint64_t left = in.ReadNumber<kSequenceLength>(in.Read()); left != 0; --left) kSkipItem(in);
 }
 
 // Deliberate: nothing of an initial vocabulary is kept; the only prepared tables are those of the context.

@@ -41,6 +41,10 @@ class CompactText {
   }
 
   bool IsEmpty() const noexcept { return m_place == 0; }
+  /// Whether it refers to this length.
+  bool IsKeptAt(const std::size_t* kept) const noexcept {
+    return m_place == (reinterpret_cast<std::uintptr_t>(kept) | kBorrowed);
+  }
   /// Valid until the text is replaced.
   WStringView View() const noexcept {
     if (m_place == 0) return {};

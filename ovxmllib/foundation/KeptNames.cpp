@@ -43,6 +43,22 @@ bool Holds(const std::size_t* kept, WStringView name) noexcept {
   return AreSame({reinterpret_cast<const WChar*>(kept + 1), *kept}, name);
 }
 
+// Whether it is the name. Names hold no U+0000, so that a terminated text ends no later than the difference is found.
+bool Holds(const std::size_t* kept, const WChar* name) noexcept {
+  const auto* const units = reinterpret_cast<const WChar*>(kept + 1);
+  for (std::size_t i = 0; i < *kept; ++i) {
+    if (units[i] != name[i]) return false;
+  }
+  return name[*kept] == 0;
+}
+
+// What was found for the texts of late, by the places where they lie. Texts change: each is compared.
+constinit std::array<std::atomic<const std::size_t*>, 64> g_found{};
+
+std::atomic<const std::size_t*>& FoundFor(const WChar* name) noexcept {
+  return g_found[reinterpret_cast<std::uintptr_t>(name) / sizeof(WChar) % g_found.size()];
+}
+
 constexpr std::size_t kEmptyName = 0;
 
 std::atomic<const std::size_t*>& PlaceOf(std::size_t number) noexcept { return g_places[number % kPlaces]; }
@@ -59,6 +75,15 @@ const std::size_t* KeepAt(std::atomic<const std::size_t*>& place, WStringView na
 }
 
 }  // namespace
+
+const std::size_t* FindKeptName(const WChar* name) {
+  std::atomic<const std::size_t*>& found = FoundFor(name);
+  const std::size_t* kept = found.load(std::memory_order_acquire);
+  if (kept != nullptr && Holds(kept, name)) return kept;
+  kept = FindKeptName(WStringView(name));
+  if (kept != nullptr) found.store(kept, std::memory_order_release);
+  return kept;
+}
 
 const std::size_t* LookForKeptName(WStringView name) noexcept {
   if (name.empty()) return &kEmptyName;

@@ -12,6 +12,10 @@ namespace OvXmlLib16 {
 /// thread may call it; it costs a look at a few places. Throws std::bad_alloc at a name's first use.
 const std::size_t* FindKeptName(WStringView name);
 
+/// The same for terminated text, such as generated code hands over time and again from the same place: it costs a
+/// comparison then.
+const std::size_t* FindKeptName(const WChar* name);
+
 /// The same for a name that is to be kept by others only, as the names of documents, which come from anywhere; null
 /// when it is not kept yet.
 const std::size_t* LookForKeptName(WStringView name) noexcept;

@@ -2,13 +2,18 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 #include "ovxmllib/binding/OvException.h"
+#include "ovxmllib/foundation/UnitLanes.h"
 
 namespace OvXmlLib16 {
 
 namespace {
+
+using lanes::Below;
+using lanes::FindInWords;
+using lanes::kLanes;
+using lanes::Load;
 
 // Puts `replacement` in the place of each character that `isReplaced` picks, which must pick CR, and of each CR LF
 // pair.
@@ -27,38 +32,13 @@ WString ReplaceEach(WStringView value, WChar replacement, Predicate isReplaced) 
   return result;
 }
 
-// Four units in a word, and what is looked for in them lane by lane: a subtraction borrows from the top bit of a lane
-// that is too small ("Bit Twiddling Hacks", Determine if a word has a byte less than n).
-constexpr std::size_t kLanes = 4;
-constexpr std::uint64_t kOnes = 0x0001'0001'0001'0001, kTops = kOnes << 15;
-
-std::uint64_t LoadUnits(const WChar* text) noexcept {
-  std::uint64_t units;
-  std::memcpy(&units, text, sizeof units);
-  return units;
-}
-
-// Not 0 when one of the units is below `limit`, which is at most 0x8000.
-constexpr std::uint64_t LanesBelow(std::uint64_t units, WChar limit) noexcept {
-  return (units - kOnes * limit) & ~units & kTops;
-}
-
-// What `find`, which looks at kLanes places from the one it is given, finds at the first `count` places, at least
-// kLanes. The last of them may be looked at twice.
-template <class Find>
-std::uint64_t FindInWords(std::size_t count, const Find& find) noexcept {
-  std::uint64_t found = find(count - kLanes);
-  for (std::size_t i = 0; i + kLanes < count; i += kLanes) found |= find(i);
-  return found;
-}
-
 template <WChar kLimit>
 [[gnu::always_inline]] inline bool HasAnyBelow(WStringView value) noexcept {
   if (value.size() < kLanes) {
     return std::any_of(value.begin(), value.end(), [](WChar c) { return c < kLimit; });
   }
   const WChar* const text = value.data();
-  return FindInWords(value.size(), [=](std::size_t i) { return LanesBelow(LoadUnits(text + i), kLimit); }) != 0;
+  return FindInWords(value.size(), [=](std::size_t i) { return Below(Load(text + i), kLimit); }) != 0;
 }
 
 // Whether two blanks stand side by side: both differ from a blank by less than 1.
@@ -66,8 +46,8 @@ bool HasDoubleBlank(WStringView value) noexcept {
   if (value.size() <= kLanes) return value.find(u"  ") != WStringView::npos;
   const WChar* const text = value.data();
   return FindInWords(value.size() - 1, [=](std::size_t i) {
-           const std::uint64_t blanks = kOnes * u' ';
-           return LanesBelow((LoadUnits(text + i) ^ blanks) | (LoadUnits(text + i + 1) ^ blanks), 1);
+           const std::uint64_t blanks = lanes::kOnes * u' ';
+           return Below((Load(text + i) ^ blanks) | (Load(text + i + 1) ^ blanks), 1);
          }) != 0;
 }
 

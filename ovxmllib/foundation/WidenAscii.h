@@ -2,6 +2,8 @@
 // values.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -81,6 +83,43 @@ bool WidenIf(const unsigned char* data, std::size_t length, WChar* out) noexcept
     out[i] = data[i];
   }
   return kPasses(all);
+}
+
+/// The bytes that the next function goes by.
+inline constexpr std::size_t kWideStride = 16;
+
+/// `length` rounded up to whole strides.
+constexpr std::size_t InWideStrides(std::size_t length) noexcept {
+  return (length + kWideStride - 1) / kWideStride * kWideStride;
+}
+
+/// Widens text that is ASCII without controls; false, with `out` half written, when it is not. For text whose length
+/// nobody can foresee: there is one branch to sixteen bytes. Both `data` and `out` have InWideStrides(length), not 0,
+/// to read and to write; what is behind the text does not count.
+inline bool WidenPlainByStrides(const unsigned char* data, std::size_t length, WChar* out) noexcept {
+  using SignedBytes [[gnu::vector_size(kWideStride)]] = signed char;
+  using ByteBlock [[gnu::vector_size(kWideStride)]] = unsigned char;
+  using UnitBlock [[gnu::vector_size(2 * kWideStride)]] = std::uint16_t;
+  using Halves [[gnu::vector_size(kWideStride)]] = std::uint64_t;
+  // From a place in it on, as many bytes count as are left of the text.
+  static constexpr auto kCounting = [] {
+    std::array<unsigned char, 2 * kWideStride> flags{};
+    std::fill_n(flags.begin(), kWideStride, static_cast<unsigned char>(0xFF));
+    return flags;
+  }();
+  for (std::size_t i = 0;; i += kWideStride) {
+    ByteBlock bytes, counts;
+    const std::size_t left = length - i;
+    std::memcpy(&bytes, data + i, sizeof bytes);
+    std::memcpy(&counts, kCounting.data() + kWideStride - std::min(left, kWideStride), sizeof counts);
+    const UnitBlock units = __builtin_convertvector(bytes, UnitBlock);
+    std::memcpy(out + i, &units, sizeof units);
+    // Above U+007F bytes are negative.
+    const auto fails = reinterpret_cast<Halves>(reinterpret_cast<SignedBytes>(bytes) < SignedBytes{} + ' ') &
+                       reinterpret_cast<Halves>(counts);
+    if ((fails[0] | fails[1]) != 0) return false;
+    if (left <= kWideStride) return true;
+  }
 }
 
 }  // namespace OvXmlLib16::unicode

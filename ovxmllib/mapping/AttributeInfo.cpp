@@ -85,7 +85,7 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& cont
   if (!attribute->IsNamed(GetPreparedName(), /*inAnyNamespace=*/false)) return false;
   const ScratchVariant scratch;
   OvVariant& value = *scratch;
-  value.FromString(attribute->GetValueView(), m_itemType, m_whitespaceRule);
+  value.ReferTo(attribute->GetValueView(), m_itemType, m_whitespaceRule);
   if (context.GetValidateOnRead() && !m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
   InvokePropertySet(object, value, *attribute);
   return true;

@@ -46,6 +46,10 @@ class OVXMLLIB_API CAttributeInfo {
   /// Sets the property from the attribute and returns true, or returns false when the attribute is not this one.
   virtual bool AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                                 CXmlAttribute* attribute) = 0;
+  /// Whether the attribute has the local name and the namespace, for a walk that asks the likely entry first.
+  bool IsNamedAs(const CXmlAttribute& attribute) const noexcept {
+    return attribute.IsNamed(m_name, /*inAnyNamespace=*/false);
+  }
   /// Throws COvValidationException when the attribute had to be there and was not seen.
   virtual void Validate(const CSerializationContext& context, bool seen) const = 0;
 

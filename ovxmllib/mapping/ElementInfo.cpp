@@ -43,8 +43,11 @@ CElementInfo::CElementInfo(const WChar* name, const WChar* ns, int propertyIndex
   m_whitespaceRule = whitespaceRule;
   m_restrictions = restrictions;
   m_defaultValue = ViewOf(defaultValue);
-  m_hasRestrictions = true;
+  m_isPrimitive = true;
   m_facetShortcut = OvXmlLib16::FacetShortcut(itemType, restrictions);
+  // The text of an element has no U+000D, which is all that Preserve looks for.
+  m_takesTextAsItIs = itemType == ItemType_string && (whitespaceRule == CWhitespaceUtils::WhitespaceRule_None ||
+                                                      whitespaceRule == CWhitespaceUtils::WhitespaceRule_Preserve);
 }
 
 bool CElementInfo::Validate(const CSerializationContext&, const CXmlGeneratedClass*, bool, bool) const {
@@ -57,7 +60,7 @@ void CElementInfo::PseudoChildAttributeToXml(const CSerializationContext&, const
 bool CElementInfo::MayLeaveChoiceEmpty(const CXmlGeneratedClass*) const { return false; }
 
 void CElementInfo::CheckRestriction(const OvVariant& value) const {
-  if (!m_hasRestrictions) throw COvException(u"Cannot CheckRestriction for type: " + value.GetType());
+  if (!m_isPrimitive) throw COvException(u"Cannot CheckRestriction for type: " + value.GetType());
   OvXmlLib16::CheckPrimitiveValue(GetElementName().c_str(), value, m_itemType, m_restrictions);
 }
 
@@ -192,8 +195,7 @@ void CElementInfo::ReadValue(const CSerializationContext& context, CXmlGenerated
     // Decided: the setter is told, so that the property can report that it is nil; docs/decisions.md, Mapping.
     value.SetNil();
   } else {
-    const WStringView text = element.GetTextView();
-    convert(value, text.empty() ? WStringView(m_defaultValue) : text);
+    convert(value, element);
   }
   InvokePropertySet(object, value, element);
   *child = element.GetNextSiblingElement();
@@ -201,16 +203,18 @@ void CElementInfo::ReadValue(const CSerializationContext& context, CXmlGenerated
 
 void CElementInfo::ElementFromXmlPrim(const CSerializationContext& context, CXmlGeneratedClass* object,
                                       CXmlElement** child) {
-  ReadValue(context, object, child, [&](OvVariant& value, WStringView text) {
-    value.FromString(text, m_itemType, m_whitespaceRule);
+  ReadValue(context, object, child, [&](OvVariant& value, const CXmlElement& element) {
+    TakeText(value, element);
     if (context.GetValidateOnRead()) CheckFacets(value);
   });
 }
 
 void CElementInfo::ElementFromXmlEnum(const CSerializationContext& context, CXmlGeneratedClass* object,
                                       CXmlElement** child) {
-  ReadValue(context, object, child,
-            [&](OvVariant& value, WStringView text) { value.SetI4(m_textToValue(WString(text).c_str())); });
+  ReadValue(context, object, child, [&](OvVariant& value, const CXmlElement& element) {
+    const WStringView text = element.GetTextView();
+    value.SetI4(m_textToValue(WString(text.empty() ? WStringView(m_defaultValue) : text).c_str()));
+  });
 }
 
 void CElementInfo::ReadOwnElement(CXmlObjectBase* held, CXmlElement** child, const CSerializationContext& context,

@@ -89,6 +89,23 @@ class OVXMLLIB_API CElementInfo {
     return element != nullptr && element->IsNamed(m_name, context.GetIgnoreNamespaces());
   }
 
+  /// \name The short cut of a sequence to what ElementFromXml mostly comes to
+  /// \{
+  /// Whether the entry is for one value of a primitive type and the child is its element without attributes.
+  bool IsPlainValue(const CXmlElement* child) const noexcept {
+    return m_isPrimitive && child != nullptr && child->GetFirstAttribute() == nullptr &&
+           child->IsNamed(m_name, /*inAnyNamespace=*/false);
+  }
+  /// Sets the property from such a child, by way of `value`, and moves on. Throws what ElementFromXml throws.
+  void ReadPlainValue(const CSerializationContext& context, CXmlGeneratedClass* object, CXmlElement** child,
+                      OvVariant& value) const {
+    TakeText(value, **child);
+    if (context.GetValidateOnRead()) CheckFacets(value);
+    InvokePropertySet(object, value, **child);
+    *child = (*child)->GetNextSiblingElement();
+  }
+  /// \}
+
   /// Whether `ns` of ElementFromXml is looked at; where not, it may be empty.
   bool UsesOwnersNamespace() const noexcept { return m_usesOwnersNamespace; }
 
@@ -181,6 +198,14 @@ class OVXMLLIB_API CElementInfo {
   [[noreturn]] void ThrowGetFailed(const OvXmlLib16::COvException& cause) const;
   [[noreturn]] static void ThrowSetFailed(const OvXmlLib16::COvException& cause, const CXmlElement& element);
   bool ReadNil(const CSerializationContext& context, const CXmlElement& element) const;
+  void TakeText(OvVariant& value, const CXmlElement& element) const {
+    const WStringView text = element.GetTextView();
+    if (m_takesTextAsItIs && !text.empty()) {
+      value.ReferTo(text);
+    } else {
+      value.ReferTo(text.empty() ? WStringView(m_defaultValue) : text, m_itemType, m_whitespaceRule);
+    }
+  }
   template <class Convert>
   void ReadValue(const CSerializationContext& context, CXmlGeneratedClass* object, CXmlElement** child,
                  Convert&& convert);
@@ -206,9 +231,10 @@ class OVXMLLIB_API CElementInfo {
   bool m_nillable = false;
   ValueToText m_valueToText = nullptr;
   TextToValue m_textToValue = nullptr;
-  bool m_hasRestrictions = false;
+  bool m_isPrimitive = false;
   bool m_usesOwnersNamespace = true;
   bool m_hasPseudoAttributes = false;
+  bool m_takesTextAsItIs = false;
 };
 
 }  // namespace OvXmlLib16Data

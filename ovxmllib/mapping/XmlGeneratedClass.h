@@ -100,6 +100,9 @@ class OVXMLLIB_API CXmlGeneratedClass : public CXmlObjectBase {
   CXmlElement* ReadGroup(const CSerializationContext& context, CXmlElement* parent, CXmlElement* child,
                          const CParentElementInfo& info, bool optionalChoice);
   void ReadPrimitiveValue(CXmlElement* parent, const CParentElementInfo& info);
+  bool Offer(const CSerializationContext& context, const CXmlAttribute& attribute, CAttributeInfo& entry);
+  void ProcessAttributesInAnyOrder(const CSerializationContext& context, const CXmlElement& element,
+                                   const CXmlAttribute* attribute, std::size_t taken, bool failIfUnknown);
   void ReadNil(const CXmlElement& element, const CXmlAttribute& attribute);
   CXmlElement* ProcessElementSeqFromXml(const CSerializationContext& context, CXmlElement* parent, CXmlElement* child,
                                         XmlElementType elementType);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
@@ -11,6 +12,7 @@
 #include "ovxmllib/mapping/AttributeInfo.h"
 #include "ovxmllib/mapping/ElementInfo.h"
 #include "ovxmllib/mapping/Nillable.h"
+#include "ovxmllib/mapping/ScratchVariant.h"
 #include "ovxmllib/mapping/XmlGeneratedClass.h"
 
 namespace OvXmlLib16 {
@@ -111,7 +113,7 @@ void CXmlGeneratedClass::ReadObject(CXmlElement* parent, CXmlElement*& child, co
                                     bool optionalChoice) {
   Init();
   const CParentElementInfo& info = *GetClassInfo();
-  if (info.GetElementType() == XmlElementType_Element) SetElementName(WStringView(parent->GetLocalName()));
+  if (info.GetElementType() == XmlElementType_Element) TakeElementName(*parent);
   ProcessAttributesFromXml(context, parent, info.GetFromXmlFailIfAttributeUnknown());
   if (IsNilObject(info)) return;
   child = ReadGroup(context, parent, child, info, optionalChoice);
@@ -144,21 +146,46 @@ void CXmlGeneratedClass::ReadPrimitiveValue(CXmlElement* parent, const CParentEl
 void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& context, CXmlElement* element,
                                                   bool failIfUnknown) {
   CAttributeInfo** const entries = GetClassAttributeInfo();
-  if (*entries == nullptr && element->GetFirstAttribute() == nullptr) return;
+  const CXmlAttribute* attribute = element->GetFirstAttribute();
+  std::size_t taken = 0;
+  // Mostly these are the attributes of the table in its order. One with a namespace may stand for something else.
+  while (attribute != nullptr && entries[taken] != nullptr && !context.GetIgnoreNamespaces() &&
+         attribute->GetNamespaceURI().empty() && entries[taken]->IsNamedAs(*attribute) &&
+         Offer(context, *attribute, *entries[taken])) {
+    ++taken;
+    attribute = CXmlElement::GetNextAttribute(*attribute);
+  }
+  if (attribute == nullptr && entries[taken] == nullptr) {
+    for (std::size_t i = 0; i < taken; ++i) entries[i]->Validate(context, /*seen=*/true);
+  } else {
+    ProcessAttributesInAnyOrder(context, *element, attribute, taken, failIfUnknown);
+  }
+}
+
+// The interface of the entries wants the attribute mutable; none of them changes it.
+bool CXmlGeneratedClass::Offer(const CSerializationContext& context, const CXmlAttribute& attribute,
+                               CAttributeInfo& entry) {
+  return entry.AttributeFromXml(context, this, const_cast<CXmlAttribute*>(&attribute));
+}
+
+// From `attribute` on, which may be null; the attributes ahead of it went to the first `taken` entries.
+void CXmlGeneratedClass::ProcessAttributesInAnyOrder(const CSerializationContext& context, const CXmlElement& element,
+                                                     const CXmlAttribute* attribute, std::size_t taken,
+                                                     bool failIfUnknown) {
+  CAttributeInfo** const entries = GetClassAttributeInfo();
   const std::size_t count = CountEntries(entries);
   SeenFlags seen(count);
-  for (const CXmlAttribute* attribute = element->GetFirstAttribute(); attribute != nullptr;
-       attribute = CXmlElement::GetNextAttribute(*attribute)) {
+  for (std::size_t i = 0; i < taken; ++i) seen[i] = true;
+  for (; attribute != nullptr; attribute = CXmlElement::GetNextAttribute(*attribute)) {
     if (!attribute->GetNamespaceURI().empty()) {
       if (attribute->IsNamespaceAttribute()) continue;
       if (attribute->IsNilAttribute()) {
-        ReadNil(*element, *attribute);
+        ReadNil(element, *attribute);
         continue;
       }
     }
     std::size_t i = 0;
-    // The interface of the entries wants it mutable; none of them changes it.
-    while (i < count && !entries[i]->AttributeFromXml(context, this, const_cast<CXmlAttribute*>(attribute))) ++i;
+    while (i < count && !Offer(context, *attribute, *entries[i])) ++i;
     if (i < count) {
       seen[i] = true;
     } else if (failIfUnknown && !context.GetIgnoreUnknownAttributes()) {
@@ -189,14 +216,20 @@ CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationCo
   CElementInfo** const entries = GetClassElementInfo();
   CXmlElement* const saved = child;
   LazyNamespace ns(*this);
+  std::optional<OvXmlLib16Data::ScratchVariant> scratch;  // for values that follow on each other
   const bool skips = context.GetIgnoreUnknownElements();
   for (std::size_t start = 0;;) {
-    for (std::size_t i = start; entries[i] != nullptr; ++i) {
+    for (std::size_t i = start; entries[i] != nullptr; start = i++) {
+      if (entries[i]->IsPlainValue(child)) {
+        if (!scratch) scratch.emplace();
+        entries[i]->ReadPlainValue(context, this, &child, **scratch);
+        continue;
+      }
+      scratch.reset();
       while (!entries[i]->ElementFromXml(context, this, parent, &child, ns.For(*entries[i]), elementType)) {
         if (!skips || child == nullptr) return saved;
         child = child->GetNextSiblingElement();
       }
-      start = i;
     }
     if (elementType != XmlElementType_Element || child == nullptr) return child;
     if (!skips) ThrowUnreadChild(*parent, *child);

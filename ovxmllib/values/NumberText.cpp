@@ -125,16 +125,6 @@ constexpr std::uint64_t GreatestMagnitude(bool isNegative) noexcept {
   return std::is_signed_v<T> && isNegative ? kMax + 1 : kMax;
 }
 
-// Reads a text of nothing but digits, so few that they fit whatever they are.
-template <class T>
-bool ReadShort(WStringView text, std::uint64_t& value) noexcept {
-  constexpr std::size_t kMost = std::min<std::size_t>(std::numeric_limits<T>::digits10, digits::kSafe);
-  if (text.empty() || text.size() > kMost) return false;
-  const WChar *at = text.data(), *const end = at + text.size();
-  value = digits::Take(at, end);
-  return at == end;
-}
-
 // The text in ASCII for std::from_chars, with "?" for what is not, which no number has.
 class NarrowText {
  public:
@@ -204,7 +194,7 @@ template <class T>
 T ParseInteger(WStringView text) {
   using Form = IntegerForm<T>;
   if constexpr (std::is_same_v<T, typename Form::Reader>) {
-    if (std::uint64_t value = 0; ReadShort<T>(text, value)) return static_cast<T>(value);
+    if (T value = 0; ReadShortInteger(text, value)) return value;
     WStringView rest = SkipWhiteSpace(text);
     const bool isNegative = TakeSign(rest);
     const bool hasDigits = !rest.empty() && IsDigit(rest.front());

@@ -1,10 +1,14 @@
 // The fixed-width integers and the reals of the schema as text.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "ovxmllib/foundation/WideString.h"
+#include "ovxmllib/values/Digits.h"
 
 namespace OvXmlLib16 {
 
@@ -14,6 +18,17 @@ namespace OvXmlLib16 {
 /// large and followed by something else says that it is too large.
 template <class T>
 T ParseInteger(WStringView text);
+
+/// Reads what most such texts are: nothing but digits, so few that they fit whatever they are. Returns false for
+/// others, of which ParseInteger has to judge.
+template <class T>
+bool ReadShortInteger(WStringView text, T& value) noexcept {
+  constexpr std::size_t kMost = std::min<std::size_t>(std::numeric_limits<T>::digits10, digits::kSafe);
+  if (text.empty() || text.size() > kMost) return false;
+  const WChar *at = text.data(), *const end = at + text.size();
+  value = static_cast<T>(digits::Take(at, end));
+  return at == end;
+}
 
 /// Reads "NaN", "INF", "-INF", two other spellings of NaN ("1.#QNAN", "-NAN"), or a decimal number behind optional
 /// white space: sign, digits with a point among them or none, exponent or none. What overflows is infinite, what is too

@@ -20,29 +20,17 @@ void Print(const OvVariant& value, WStringView format, WString& out) {
   AppendPrimitive<kType>(value.Get<kType>(), format, out);
 }
 
-template <ItemType kType>
-void Read(OvVariant& value, WStringView text, CWhitespaceUtils::WhitespaceRule rule) {
-  WString scratch;
-  const WStringView normalised = CWhitespaceUtils::ApplyRule(rule, text, scratch);
-  if constexpr (kType == ItemType_string) {
-    value.Set<kType>(normalised);
-  } else {
-    value.Set<kType>(ParsePrimitive<kType>(normalised));
-  }
-}
-
 // By type.
 constexpr auto kPrinters = MakePrimitiveTable([](auto row) { return &Print<row.kType>; });
-constexpr auto kReaders = MakePrimitiveTable([](auto row) { return &Read<row.kType>; });
 
 }  // namespace
 
 OvVariant::OvVariant(const OvVariant& other)
     : m_isNil(other.m_isNil),
       m_owns(other.m_owns),
-      m_form(other.m_form),
+      m_form(other.m_form == kLentText ? kFormOf<WString> : other.m_form),
       m_type(other.m_type),
-      m_text(other.m_form == kFormOf<WString> ? WStringView(other.m_text) : WStringView()),
+      m_text(m_form == kFormOf<WString> ? other.GetStringView() : WStringView()),
       m_dateTime(other.m_dateTime),
       m_decimal(other.m_decimal),
       m_owned(other.m_owned) {}
@@ -55,6 +43,8 @@ OvVariant& OvVariant::operator=(OvVariant&& other) noexcept {
 }
 
 void OvVariant::Swap(OvVariant& other) noexcept {
+  OwnText();
+  other.OwnText();
   std::swap(m_isNil, other.m_isNil);
   std::swap(m_owns, other.m_owns);
   std::swap(m_form, other.m_form);
@@ -98,7 +88,45 @@ void OvVariant::AppendTo(WString& out, WStringView format) const {
   kPrinters[static_cast<std::size_t>(m_type)](*this, format, out);
 }
 
+// Takes a number as most are written, in which a whitespace rule has nothing to look for. False for others.
+template <ItemType kType>
+bool OvVariant::TakeShort(WStringView text) {
+  using Value = typename Primitive<kType>::Value;
+  if constexpr (kType == ItemType_decimal) {
+    if (m_owns || !m_decimal.ParseShort(text)) return false;
+    NoteHeld<kType>();
+    return true;
+  } else if constexpr (primitive_detail::kIsIntegerText<kType>) {
+    Value number = 0;
+    if (!ReadShortInteger(text, number)) return false;
+    Set<kType>(number);
+    return true;
+  } else {
+    return false;
+  }
+}
+
+template <ItemType kType>
+void OvVariant::Read(OvVariant& value, WStringView text, CWhitespaceUtils::WhitespaceRule rule) {
+  if (value.TakeShort<kType>(text)) return;
+  WString scratch;
+  const WStringView normalised = CWhitespaceUtils::ApplyRule(rule, text, scratch);
+  if constexpr (kType != ItemType_string) {
+    value.Set<kType>(ParsePrimitive<kType>(normalised));
+  } else if (!scratch.empty()) {
+    value.Set<kType>(std::move(scratch));
+  } else {
+    value.ReferTo(normalised);
+  }
+}
+
 void OvVariant::FromString(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
+  ReferTo(text, type, rule);
+  OwnText();
+}
+
+void OvVariant::ReferTo(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
+  static constexpr auto kReaders = MakePrimitiveTable([](auto row) { return &Read<row.kType>; });
   if (!IsPrimitive(type)) ThrowNoText(type);
   kReaders[static_cast<std::size_t>(type)](*this, text, rule);
 }

@@ -27,8 +27,9 @@ class CXmlCollectionBase;
 /// It is in one of three states: invalid (GetTypeAsEnum() is ItemType_none), holding a value, or nil. A nil variant
 /// keeps the type that it had and holds no value. Every setter leaves it holding the value, whatever it was before.
 ///
-/// Copies are deep, but for objects, of which a copy shares the one. Moving allocates nothing and leaves an invalid
-/// variant behind. A variant belongs to one thread at a time.
+/// Copies are deep, but for objects, of which a copy shares the one. Moving leaves an invalid variant behind and
+/// allocates nothing, but for a text that lies elsewhere (ReferTo): where the memory for that fails, the program ends.
+/// A variant belongs to one thread at a time.
 struct OVXMLLIB_API OvVariant {
  public:
   /// Invalid.
@@ -71,6 +72,18 @@ struct OVXMLLIB_API OvVariant {
   /// COvException that ToString has for types without text, and what CConversions throws; the variant then keeps what
   /// it held.
   void FromString(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
+
+  /// The same for a text that lives until the variant changes: a string that no rule changes stays where it is, and
+  /// GetString and GetStringView take it from there.
+  void ReferTo(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule);
+  /// The same for a string as it stands.
+  void ReferTo(WStringView text) noexcept {
+    GiveUpOwned();
+    m_lent = text;
+    m_form = kLentText;
+    m_type = ItemType_string;
+    m_isNil = false;
+  }
 
   /// \name Values
   /// A setter copies its argument and sets the type. A getter is to be asked only for the type that the variant holds,
@@ -121,9 +134,9 @@ struct OVXMLLIB_API OvVariant {
   void SetChar(WChar value) { Set<ItemType_char>(value); }
   WChar GetChar() const { return Get<ItemType_char>(); }
   void SetString(WStringView value) { Set<ItemType_string>(value); }
-  WString GetString() const { return Get<ItemType_string>(); }
+  WString GetString() const { return WString(GetStringView()); }
   /// The text without a copy; valid until the variant changes.
-  WStringView GetStringView() const { return Get<ItemType_string>(); }
+  WStringView GetStringView() const { return m_form == kLentText ? m_lent : Get<ItemType_string>(); }
   void SetBoolean(bool value) { Set<ItemType_boolean>(value); }
   bool GetBoolean() const { return Get<ItemType_boolean>(); }
   void SetDecimal(const CDecimal& value) { Set<ItemType_decimal>(value); }
@@ -141,11 +154,13 @@ struct OVXMLLIB_API OvVariant {
   CSmartPtr<CXmlCollectionBase> GetXmlCollection() const;
   /// \}
 
-  /// The value of a type known at compile time, valid until the variant changes; as the getters, for generic code.
+  /// The value of a type known at compile time, valid until the variant changes; as the getters, for generic code. A
+  /// text that lies elsewhere is copied first, which may throw std::bad_alloc.
   template <ItemType kType>
-  const typename Primitive<kType>::Value& Get() const noexcept {
+  const typename Primitive<kType>::Value& Get() const noexcept(kType != ItemType_string) {
     using Value = typename Primitive<kType>::Value;
     assert(m_type == kType);
+    if constexpr (kType == ItemType_string) OwnText();
     return m_form == kFormOf<Value> ? At<Value>() : NoValue<Value>();
   }
 
@@ -154,9 +169,7 @@ struct OVXMLLIB_API OvVariant {
   void Set(T&& value) {
     using Value = typename Primitive<kType>::Value;
     Store<Value>(std::forward<T>(value));
-    m_form = kFormOf<Value>;
-    m_type = kType;
-    m_isNil = false;
+    NoteHeld<kType>();
   }
 
  private:
@@ -168,6 +181,7 @@ struct OVXMLLIB_API OvVariant {
   // Which C++ type a value has: the first primitive type with values of it.
   using Form = std::uint8_t;
   static constexpr Form kNoForm = ItemType_none;
+  static constexpr Form kLentText = 0xFF;  // the text is m_lent's
   template <class Value, int kFrom = ItemType_hexBinary>
   static consteval Form FindForm() {
     if constexpr (std::is_same_v<typename Primitive<static_cast<ItemType>(kFrom)>::Value, Value>) {
@@ -219,6 +233,17 @@ struct OVXMLLIB_API OvVariant {
     }
   }
 
+  template <ItemType kType>
+  void NoteHeld() noexcept {
+    m_form = kFormOf<typename Primitive<kType>::Value>;
+    m_type = kType;
+    m_isNil = false;
+  }
+  template <ItemType kType>
+  bool TakeShort(WStringView text);
+  template <ItemType kType>
+  static void Read(OvVariant& value, WStringView text, CWhitespaceUtils::WhitespaceRule rule);
+
   template <class Value>
   static const Value& NoValue() noexcept {
     static const Value kNone{};
@@ -230,6 +255,11 @@ struct OVXMLLIB_API OvVariant {
   }
   void DestroyOwned() noexcept;
   void FreeText() noexcept;
+  void OwnText() const {
+    if (m_form != kLentText) return;
+    m_text = m_lent;
+    m_form = kFormOf<WString>;
+  }
   void HoldNothing(ItemType type, bool isNil) noexcept {
     GiveUpOwned();
     m_form = kNoForm;
@@ -239,12 +269,13 @@ struct OVXMLLIB_API OvVariant {
   void Swap(OvVariant& other) noexcept;
 
   bool m_isNil = false;
-  bool m_owns = false;    // m_owned holds something else than a scalar, or m_decimal has memory of its own
-  Form m_form = kNoForm;  // of the value that there is: none for an object, for nil and for an invalid variant
+  bool m_owns = false;            // m_owned holds something else than a scalar, or m_decimal has memory of its own
+  mutable Form m_form = kNoForm;  // of the value that there is: none for an object, for nil and for an invalid variant
   ItemType m_type = ItemType_none;
   // What is most frequent stands by itself, so that a text keeps its memory and the others, which have virtual
   // destructors, need no call. What they hold while m_form is another does not count.
-  WString m_text;
+  mutable WString m_text;
+  WStringView m_lent;  // not owned
   CDateTime m_dateTime;
   CDecimal m_decimal;
   std::variant<Scalar, CBinaryData, CDateTimeSpan, CBigInteger, CSmartPtr<CXmlObjectBase>> m_owned;

@@ -20,6 +20,11 @@ inline CDateTime ParseDate(WStringView text) {
 template <class T>
 concept FixedWidthInteger = std::integral<T> && !std::same_as<T, bool> && !std::same_as<T, WChar>;
 
+// The types whose text is an integer; the text of a year is not.
+template <ItemType kType>
+inline constexpr bool kIsIntegerText =
+    FixedWidthInteger<typename Primitive<kType>::Value>&& kType >= ItemType_i1&& kType <= ItemType_ui8;
+
 WChar ParseChar(WStringView text);
 bool ParseBoolean(WStringView text);
 void AppendFormatted(double value, WStringView format, WString& out);
@@ -31,15 +36,15 @@ void AppendFormatted(const CDecimal& value, WStringView format, WString& out);
 template <ItemType kType>
 typename Primitive<kType>::Value ParsePrimitive(WStringView text) {
   using Value = typename Primitive<kType>::Value;
-  if constexpr (kType == ItemType_year) {
+  if constexpr (primitive_detail::kIsIntegerText<kType>) {
+    return ParseInteger<Value>(text);
+  } else if constexpr (kType == ItemType_year) {
     // Deliberate: negative years wrap around.
     return static_cast<Value>(primitive_detail::ParseDate(text).GetYear());
   } else if constexpr (kType == ItemType_month) {
     return primitive_detail::ParseDate(text).GetMonth();
   } else if constexpr (kType == ItemType_day) {
     return primitive_detail::ParseDate(text).GetDay();
-  } else if constexpr (primitive_detail::FixedWidthInteger<Value>) {
-    return ParseInteger<Value>(text);
   } else if constexpr (std::floating_point<Value>) {
     return ParseReal<Value>(text);
   } else if constexpr (kType == ItemType_boolean) {

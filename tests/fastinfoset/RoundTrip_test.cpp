@@ -143,22 +143,31 @@ TEST(RoundTrip, KeepsLengthsAtTheBoundariesOfTheForms) {
   }
 }
 
-// Every form of a number, around each boundary of its rows: the row's own octets, read back behind any other bits.
-TEST(RoundTrip, KeepsNumbersAtTheBoundariesOfTheForms) {
-  using namespace fastinfoset;
-  for (const NumberForm* form : {&kIndexOnSecondBit, &kIndexOrZeroOnSecondBit, &kIndexOnThirdBit, &kIndexOnFourthBit,
-                                 &kLengthOnSecondBit, &kLengthOnFifthBit, &kLengthOnSeventhBit, &kSequenceLength}) {
-    for (const NumberRow& row : form->rows) {
-      for (const std::uint64_t number : {row.first, row.first + (row.last - row.first) / 2, row.last}) {
-        unsigned char octets[kMaxNumberOctets];
-        const unsigned char* const end = PutNumber(*form, 0, number, octets);
-        EXPECT_EQ(end - octets, row.octets + 1);
-        OctetReader in(octets, static_cast<std::size_t>(end - octets), 1);
-        EXPECT_EQ(in.ReadNumber(*form, octets[0]), number) << ToUtf8(form->failure);
-        EXPECT_EQ(test::MessageOf([&] { in.Read(); }), u"Failed to parse FastInfoset. Unexpected End of File.");
-      }
+// The row's own octets, around each boundary, read back behind any other bits.
+template <const fastinfoset::NumberForm& kForm>
+void ExpectNumbersKept() {
+  for (const fastinfoset::NumberRow& row : kForm.rows) {
+    for (const std::uint64_t number : {row.first, row.first + (row.last - row.first) / 2, row.last}) {
+      unsigned char octets[fastinfoset::kMaxNumberOctets];
+      const unsigned char* const end = fastinfoset::PutNumber(kForm, 0, number, octets);
+      EXPECT_EQ(end - octets, row.octets + 1);
+      fastinfoset::OctetReader in(octets, static_cast<std::size_t>(end - octets), 1);
+      EXPECT_EQ(in.ReadNumber<kForm>(octets[0]), number) << ToUtf8(kForm.failure);
+      EXPECT_EQ(test::MessageOf([&] { in.Read(); }), u"Failed to parse FastInfoset. Unexpected End of File.");
     }
   }
+}
+
+TEST(RoundTrip, KeepsNumbersAtTheBoundariesOfTheForms) {
+  using namespace fastinfoset;
+  ExpectNumbersKept<kIndexOnSecondBit>();
+  ExpectNumbersKept<kIndexOrZeroOnSecondBit>();
+  ExpectNumbersKept<kIndexOnThirdBit>();
+  ExpectNumbersKept<kIndexOnFourthBit>();
+  ExpectNumbersKept<kLengthOnSecondBit>();
+  ExpectNumbersKept<kLengthOnFifthBit>();
+  ExpectNumbersKept<kLengthOnSeventhBit>();
+  ExpectNumbersKept<kSequenceLength>();
 }
 
 // Indexes of every size, up to the last that the tables have, and what comes behind it.
