@@ -1,6 +1,7 @@
 #include "ovxmllib/binding/XmlObjectBase.h"
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/document/XmlElement.h"
 #include "ovxmllib/foundation/KeptNames.h"
@@ -44,6 +45,22 @@ void FireRemoval(IEventSink* sink, CXmlObjectBase* collection, IEventSink::MsgTy
 }
 
 }  // namespace
+
+void* CXmlObjectBase::operator new(std::size_t bytes) { return AllocateBoundObject(bytes); }
+void* CXmlObjectBase::operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
+  try {
+    return AllocateBoundObject(bytes);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void* CXmlObjectBase::operator new(std::size_t bytes, std::align_val_t alignment) {
+  return ::operator new(bytes, alignment);
+}
+void CXmlObjectBase::operator delete(void* object) noexcept { FreeObject(object); }
+void CXmlObjectBase::operator delete(void* object, std::align_val_t alignment) noexcept {
+  ::operator delete(object, alignment);
+}
 
 void CXmlObjectBase::Register(int major, int minor) noexcept {
   g_generatorMajor = major;

@@ -1,7 +1,7 @@
 #include "ovxmllib/collections/Attribute.h"
 
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/SharedName.h"
 #include "ovxmllib/document/XmlWriter.h"
 

@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/SharedName.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlElement.h"

@@ -5,10 +5,10 @@
 #include <cassert>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
 #include "ovxmllib/collections/ElementCol.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/SharedName.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlDocument.h"

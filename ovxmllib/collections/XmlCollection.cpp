@@ -3,8 +3,8 @@
 #include <cassert>
 #include <utility>
 
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 
 namespace OvXmlLib16 {
 

@@ -24,12 +24,15 @@ CXmlElement* NextInSubtree(CXmlElement* element, const CXmlElement* root) {
 
 DocumentTree::DocumentTree(const CXmlDocument& owner, CXmlDocument::ElementComplete callback,
                            const CSerializationContext& context)
-    : m_owner(owner),
-      m_callback(callback),
+    : m_callback(callback),
       m_context(context),
       m_maxDepth(context.GetMaxElementDepth()),
       m_maxAttributes(context.GetMaxAttributesPerElement()),
-      m_maxTextLength(context.GetMaxTextLength()) {}
+      m_maxTextLength(context.GetMaxTextLength()),
+      m_names(owner) {
+  constexpr std::size_t kUsualDepth = 16;
+  m_open.reserve(kUsualDepth);
+}
 
 void DocumentTree::Clear() noexcept {
   if (m_documentElement != nullptr) DropMade(m_documentElement);
@@ -78,7 +81,7 @@ void DocumentTree::AddAttribute(const ExpandedName& name, std::string_view value
 
 void DocumentTree::AppendText(std::string_view text) {
   OpenElement& open = m_open.back();
-  PooledText& held = open.element->m_text;
+  TextSpan& held = open.element->m_text;
   const std::size_t before = held.View().size();
   if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
   const std::size_t added = unicode::Utf8ToWideDroppingCr(Bytes(text), text.size(), held.Room() + before);
@@ -89,7 +92,7 @@ void DocumentTree::AppendText(std::string_view text) {
 // Behind other text.
 void DocumentTree::AppendMoreText(WStringView text) {
   OpenElement& open = m_open.back();
-  PooledText& held = open.element->m_text;
+  TextSpan& held = open.element->m_text;
   const std::size_t before = held.View().size();
   CheckTextLength(before + text.size());
   if (before + text.size() > open.textCapacity) ReserveText(open, before + text.size());
@@ -101,7 +104,7 @@ void DocumentTree::AppendMoreText(WStringView text) {
 // without children; else moved to twice the room, which keeps many small pieces linear.
 void DocumentTree::ReserveText(OpenElement& open, std::size_t units) {
   constexpr std::size_t kUnit = sizeof(WChar);
-  PooledText& held = open.element->m_text;
+  TextSpan& held = open.element->m_text;
   if (open.textCapacity != 0 && m_pool.Extend(held.Room(), open.textCapacity * kUnit, units * kUnit)) {
     open.textCapacity = units;
     return;

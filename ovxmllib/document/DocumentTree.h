@@ -39,6 +39,10 @@ class DocumentTree {
   const ExpandedName& InternName(std::string_view qualified) {
     return m_names.Intern(qualified, m_context.GetMaxNameLength());
   }
+  /// The same for a namespace URI, which may be empty, and a local name.
+  const ExpandedName& InternName(std::string_view uri, std::string_view local) {
+    return m_names.Intern(uri, local, m_context.GetMaxNameLength());
+  }
 
   /// Opens an element: the document element if there is none, else the next child of the open one. The name is one of
   /// this tree. Throws COvException beyond the limit on depth.
@@ -152,7 +156,6 @@ class DocumentTree {
   }
   [[noreturn]] void ThrowTextTooLong() const;
 
-  const CXmlDocument& m_owner;
   const CXmlDocument::ElementComplete m_callback;
   const CSerializationContext& m_context;
   const std::size_t m_maxDepth;
@@ -181,8 +184,8 @@ class DocumentTree {
 
 inline CXmlElement* DocumentTree::MakeElement(OpenElement* above, const ExpandedName& name) {
   if (StopsEarly() && ++m_started == m_stopAt.element) throw COvException(u"Here.");
-  auto* const made = new (m_pool.Allocate(sizeof(CXmlElement)))
-      CXmlElement(&m_owner, above == nullptr ? nullptr : above->element, name);
+  auto* const made =
+      new (m_pool.Allocate(sizeof(CXmlElement))) CXmlElement(above == nullptr ? nullptr : above->element, name);
   ++m_elements;
   if (above == nullptr) {
     m_documentElement = made;

@@ -17,14 +17,24 @@ constexpr char kNamespaceSeparator = '|';
 }  // namespace
 
 struct NameTable::Entry {
+  Entry(const CXmlDocument& document, const Namespace& ns_, WString localName, std::string_view local_,
+        std::uint64_t hash_, Entry* older_)
+      : name(document, ns_.second.uri, ns_.second.kept, std::move(localName)),
+        hash(hash_),
+        ns(&ns_),
+        local(local_),
+        older(older_) {}
+
   bool IsNameOf(std::string_view qualified) const noexcept {
-    return qualified.size() == prefix.size() + local.size() && qualified.ends_with(local) &&
-           qualified.starts_with(prefix);
+    const std::string& uri = ns->first;
+    if (uri.empty()) return qualified == local;
+    return qualified.size() == uri.size() + 1 + local.size() && qualified[uri.size()] == kNamespaceSeparator &&
+           qualified.ends_with(local) && qualified.starts_with(uri);
   }
 
   ExpandedName name;
   std::uint64_t hash;
-  std::string_view prefix;    // namespace URI and separator, or empty; kept once for all names of the namespace
+  const Namespace* ns;
   std::string_view local;     // in the storage
   Entry* older;               // the name made before this one
   Entry* follower = nullptr;  // the name that came behind this one the last time
@@ -36,14 +46,14 @@ bool ExpandedName::HasTextsOf(const PreparedName& name, bool inAnyNamespace) con
   return AreSame(localName, name.GetLocalName()) && (inAnyNamespace || AreSame(*namespaceURI, name.GetNamespace()));
 }
 
-NameTable::NameTable() : m_slots(std::make_unique<Entry*[]>(kFirstSlots)), m_mask(kFirstSlots - 1) {}
+NameTable::NameTable(const CXmlDocument& document) : m_document(document) {}
 
 void NameTable::DestroyEntries() noexcept {
   while (m_newest != nullptr) std::exchange(m_newest, m_newest->older)->~Entry();
 }
 
 void NameTable::Clear() noexcept {
-  if (m_newest != nullptr) std::fill_n(m_slots.get(), m_mask + 1, nullptr);
+  if (m_newest != nullptr) std::fill_n(m_slots, m_mask + 1, nullptr);
   DestroyEntries();
   m_count = 0;
   m_last = nullptr;
@@ -52,11 +62,18 @@ void NameTable::Clear() noexcept {
   m_lastNamespace = nullptr;
 }
 
+const ExpandedName& NameTable::Intern(std::string_view uri, std::string_view local, std::size_t maxLength) {
+  return Find(InternNamespace(uri), local, maxLength).name;
+}
+
 const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t maxLength) {
   // Documents repeat themselves: the name behind a name is nearly always the one that was there before.
   Entry** const expected = m_last == nullptr ? nullptr : &m_last->follower;
   if (expected == nullptr || *expected == nullptr || !(*expected)->IsNameOf(qualified)) {
-    m_last = &Find(qualified, maxLength);
+    const std::size_t separator = qualified.rfind(kNamespaceSeparator);  // no name has one, a URI may
+    const bool hasUri = separator != std::string_view::npos;
+    const Namespace& ns = InternNamespace(hasUri ? qualified.substr(0, separator) : std::string_view());
+    m_last = &Find(ns, hasUri ? qualified.substr(separator + 1) : qualified, maxLength);
     if (expected != nullptr) *expected = m_last;
     return m_last->name;
   }
@@ -64,47 +81,39 @@ const ExpandedName& NameTable::Intern(std::string_view qualified, std::size_t ma
   return m_last->name;
 }
 
-NameTable::Entry& NameTable::Find(std::string_view qualified, std::size_t maxLength) {
-  const std::uint64_t hash = HashBytes(qualified.data(), qualified.size(), GetHashSeed());
+NameTable::Entry& NameTable::Find(const Namespace& ns, std::string_view local, std::size_t maxLength) {
+  const std::uint64_t hash = HashBytes(local.data(), local.size(), ns.second.hash);
   for (std::size_t i = hash & m_mask; m_slots[i] != nullptr; i = (i + 1) & m_mask) {
-    if (m_slots[i]->hash == hash && m_slots[i]->IsNameOf(qualified)) return *m_slots[i];
+    if (m_slots[i]->hash == hash && m_slots[i]->ns == &ns && m_slots[i]->local == local) return *m_slots[i];
   }
-  return Add(qualified, hash, maxLength);
+  return Add(ns, local, hash, maxLength);
 }
 
-NameTable::Entry& NameTable::Add(std::string_view qualified, std::uint64_t hash, std::size_t maxLength) {
-  const std::size_t separator = qualified.rfind(kNamespaceSeparator);  // no name has one, a URI may
-  const std::size_t prefixLength = separator == std::string_view::npos ? 0 : separator + 1;
-  const std::string_view local = qualified.substr(prefixLength);
+NameTable::Entry& NameTable::Add(const Namespace& ns, std::string_view local, std::uint64_t hash,
+                                 std::size_t maxLength) {
   WString localName = ToWide(local);
   if (maxLength != 0 && localName.size() > maxLength) {
     throw COvException(FormatString(
         u"A name is longer than %d characters. CSerializationContext::SetMaxNameLength sets this limit.", maxLength));
   }
   if (2 * (m_count + 1) > m_mask) Grow();
-  const auto& [prefix, ns] = InternNamespace(qualified.substr(0, prefixLength));
-  char* kept = static_cast<char*>(m_storage.Allocate(local.size()));
+  char* const kept = static_cast<char*>(m_storage.Allocate(local.size()));
   local.copy(kept, local.size());
-  auto* const entry =
-      new (m_storage.Allocate(sizeof(Entry))) Entry{{&ns.uri, std::move(localName), {}, ExpandedName::PlaceOf(ns.kept)},
-                                                    hash,
-                                                    prefix,
-                                                    {kept, local.size()},
-                                                    m_newest};
-  m_newest = entry;
+  void* const memory = m_storage.Allocate(sizeof(Entry));
+  m_newest = new (memory) Entry(m_document, ns, std::move(localName), {kept, local.size()}, hash, m_newest);
   std::size_t i = hash & m_mask;
   while (m_slots[i] != nullptr) i = (i + 1) & m_mask;
-  m_slots[i] = entry;
+  m_slots[i] = m_newest;
   ++m_count;
-  return *entry;
+  return *m_newest;
 }
 
-const NameTable::Namespace& NameTable::InternNamespace(std::string_view prefix) {
-  if (m_lastNamespace != nullptr && m_lastNamespace->first == prefix) return *m_lastNamespace;
-  auto known = m_namespaces.find(prefix);
+const NameTable::Namespace& NameTable::InternNamespace(std::string_view uri) {
+  if (m_lastNamespace != nullptr && m_lastNamespace->first == uri) return *m_lastNamespace;
+  auto known = m_namespaces.find(uri);
   if (known == m_namespaces.end()) {
-    const std::string_view uri = prefix.substr(0, prefix.empty() ? 0 : prefix.size() - 1);
-    known = m_namespaces.emplace(prefix, NamespaceURI{ToWide(uri)}).first;
+    const std::uint64_t hash = HashBytes(uri.data(), uri.size(), GetHashSeed());
+    known = m_namespaces.emplace(uri, NamespaceURI{ToWide(uri), hash}).first;
   }
   m_lastNamespace = &*known;
   return *known;
@@ -118,7 +127,8 @@ void NameTable::Grow() {
     while (slots[i] != nullptr) i = (i + 1) & mask;
     slots[i] = entry;
   }
-  m_slots = std::move(slots);
+  m_manySlots = std::move(slots);
+  m_slots = m_manySlots.get();
   m_mask = mask;
 }
 

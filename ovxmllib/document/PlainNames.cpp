@@ -91,10 +91,7 @@ const ExpandedName* PlainNames::ResolveAnew(PlainName& name, PlainName::Meaning&
   if (!m_withNamespaces || (name.colon == 0 && !isElement)) {
     found = &m_tree.InternName(name.text);
   } else if (const std::string_view* const uri = FindNamespace(name.Prefix())) {
-    m_qualified = *uri;
-    if (!uri->empty()) m_qualified += kSeparator;
-    m_qualified += name.Local();
-    found = &m_tree.InternName(m_qualified);
+    found = &m_tree.InternName(*uri, name.Local());
   }
   if (found != nullptr) meaning = {found, m_scopes.back().number};
   return found;

@@ -92,7 +92,6 @@ class PlainNames {
   std::vector<Binding> m_bindings;
   std::vector<Scope> m_scopes;
   std::uint64_t m_lastScope = 1;
-  std::string m_qualified;  // scratch
 };
 
 }  // namespace OvXmlLib16

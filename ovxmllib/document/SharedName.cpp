@@ -12,8 +12,8 @@ const SharedName& Shared(const ExpandedName& name) { return name.shared.Get(name
 
 }  // namespace
 
-const SharedName& SharedName::Of(const CXmlElement& element) { return Shared(*element.m_name); }
-const SharedName& SharedName::Of(const CXmlAttribute& attribute) { return Shared(*attribute.m_name); }
+const SharedName& SharedName::Of(const CXmlElement& element) { return Shared(element.Name()); }
+const SharedName& SharedName::Of(const CXmlAttribute& attribute) { return Shared(attribute.Name()); }
 
 const SharedName& SharedNameSlot::Make(WStringView localName, WStringView ns) const {
   const SharedName* const made = new SharedName(localName, ns);

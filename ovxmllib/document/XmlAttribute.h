@@ -20,17 +20,15 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
   CXmlAttribute& operator=(const CXmlAttribute&) = delete;
 
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
-  const WString& GetLocalName() const noexcept { return m_name->localName; }
+  const WString& GetLocalName() const noexcept { return Name().localName; }
   /// Whether it has this local name, and the namespace unless that is not to count.
-  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
-    return m_name->Is(name, inAnyNamespace);
-  }
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept { return Name().Is(name, inAnyNamespace); }
   /// The value, as the parser normalised it (XML 1.0, section 3.3.3).
   const WString& GetValue() const;
   /// The value without a string being made of it; valid as long as the attribute.
   WStringView GetValueView() const noexcept { return m_value.View(); }
   /// The namespace URI; empty for a name without prefix.
-  const WString& GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
+  const WString& GetNamespaceURI() const noexcept { return *Name().namespaceURI; }
 
   /// True for `type`, `schemaLocation`, `noNamespaceSchemaLocation` and `xmlns` in the XML Schema instance namespace or
   /// the namespace of declarations: what says something about the document and is no data of it.
@@ -43,7 +41,7 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
 
  protected:
   CXmlAttribute(const CXmlElement* parent, const ExpandedName& name) noexcept
-      : CInstanceMonitor(CountedByOwner()), m_pParent(parent), m_name(&name) {}
+      : CInstanceMonitor(CountedByOwner{&name}), m_pParent(parent) {}
   ~CXmlAttribute() override = default;  // never run: the pool takes nodes back without visiting them
 
  private:
@@ -52,10 +50,11 @@ class OVXMLLIB_API CXmlAttribute : public CInstanceMonitor {
   friend class DocumentTree;
 
   static ClassType& Record();
+  // Owned by the document's name table.
+  const ExpandedName& Name() const noexcept { return *static_cast<const ExpandedName*>(GetLentWord()); }
 
   const CXmlElement* m_pParent;      // not owned
   CXmlAttribute* m_pNext = nullptr;  // the next of the element; owned by the pool
-  const ExpandedName* m_name;        // owned by the document's name table
   PooledText m_value;
 };
 

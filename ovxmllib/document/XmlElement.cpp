@@ -14,9 +14,13 @@ CInstanceMonitor::ClassType& CXmlElement::Record() {
   return record;
 }
 
+const CXmlElement::Made& CXmlElement::GetMade() const {
+  GetDocument()->m_tree->NoteMade();
+  return MadeOnce(m_made, [] { return std::make_unique<const Made>(); });
+}
+
 const WString& CXmlElement::GetText() const {
-  m_pDocument->m_tree->NoteMade();
-  return m_text.String();
+  return MadeOnce(GetMade().text, [this] { return std::make_unique<const WString>(GetTextView()); });
 }
 
 const CXmlAttribute* CXmlElement::GetNextAttribute(const CXmlAttribute& attribute) noexcept {
@@ -24,17 +28,11 @@ const CXmlAttribute* CXmlElement::GetNextAttribute(const CXmlAttribute& attribut
 }
 
 const std::vector<CXmlAttribute*>& CXmlElement::GetAttributes() const {
-  const AttributeList* made = m_attributeList.load(std::memory_order_acquire);
-  return made != nullptr ? *made : MakeAttributeList();
-}
-
-const CXmlElement::AttributeList& CXmlElement::MakeAttributeList() const {
-  m_pDocument->m_tree->NoteMade();
-  auto list = std::make_unique<AttributeList>();
-  for (CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) list->push_back(a);
-  const AttributeList* expected = nullptr;
-  if (!m_attributeList.compare_exchange_strong(expected, list.get(), std::memory_order_acq_rel)) return *expected;
-  return *list.release();
+  return MadeOnce(GetMade().attributes, [this] {
+    auto list = std::make_unique<AttributeList>();
+    for (CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) list->push_back(a);
+    return list;
+  });
 }
 
 const WString& CXmlElement::GetAttribute(WStringView localName, WStringView ns) const {
@@ -46,8 +44,11 @@ const WString& CXmlElement::GetAttribute(WStringView localName, WStringView ns) 
 }
 
 void CXmlElement::DropMade() noexcept {
-  m_text.Drop();
-  delete m_attributeList.exchange(nullptr, std::memory_order_relaxed);
+  if (const Made* const made = m_made.load(std::memory_order_relaxed)) {
+    OvXmlLib16::DropMade(made->text);
+    OvXmlLib16::DropMade(made->attributes);
+    OvXmlLib16::DropMade(m_made);
+  }
   for (CXmlAttribute* a = m_pFirstAttribute; a != nullptr; a = a->m_pNext) a->m_value.Drop();
 }
 
@@ -65,7 +66,7 @@ WString CXmlElement::GetNameWithPredicate(const AliasIndex& aliases) const {
   for (const CXmlElement* child = m_pParent->m_pFirstChild; child != nullptr; child = child->m_pNextSibling) {
     // Equal names are one object; only others can be alike by their aliases alone.
     const bool alike =
-        child->m_name == m_name || (child->GetLocalName() == GetLocalName() && child->GetQName(aliases) == name);
+        &child->Name() == &Name() || (child->GetLocalName() == GetLocalName() && child->GetQName(aliases) == name);
     if (alike) ++count;
     if (child == this) position = count;
   }
@@ -74,7 +75,7 @@ WString CXmlElement::GetNameWithPredicate(const AliasIndex& aliases) const {
 }
 
 WString CXmlElement::GetXPath() const {
-  const AliasIndex aliases = m_pDocument->m_tree->AliasesByNamespace();
+  const AliasIndex aliases = GetDocument()->m_tree->AliasesByNamespace();
   std::vector<const CXmlElement*> chain;
   for (const CXmlElement* element = this; element != nullptr; element = element->m_pParent) chain.push_back(element);
   WString path;

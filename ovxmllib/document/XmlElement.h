@@ -37,19 +37,17 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   /// The parent; null for the document element.
   const CXmlElement* GetParentElm() const noexcept { return m_pParent; }
   /// The document that owns the element; never null.
-  const CXmlDocument* GetDocument() const noexcept { return m_pDocument; }
+  const CXmlDocument* GetDocument() const noexcept { return Name().document; }
 
   /// The namespace URI; empty for none.
-  const WString& GetNamespaceURI() const noexcept { return *m_name->namespaceURI; }
+  const WString& GetNamespaceURI() const noexcept { return *Name().namespaceURI; }
   /// The name without its prefix. In a document read with SchemaType_NoNamespaces, the whole name.
-  const WString& GetLocalName() const noexcept { return m_name->localName; }
+  const WString& GetLocalName() const noexcept { return Name().localName; }
   /// Whether it has this local name, and the namespace unless that is not to count.
-  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept {
-    return m_name->Is(name, inAnyNamespace);
-  }
+  bool IsNamed(const PreparedName& name, bool inAnyNamespace) const noexcept { return Name().Is(name, inAnyNamespace); }
 
   /// Where the local name is kept for the process, if it is; else a place where nothing is. See KeptNames.h.
-  const std::size_t* GetKeptLocalName() const noexcept { return m_name->keptLocalName; }
+  const std::size_t* GetKeptLocalName() const noexcept { return Name().keptLocalName; }
 
   /// All character data of the element itself in document order, white space between child elements included, without
   /// any U+000D. A string is made at the first call.
@@ -71,8 +69,8 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   WString GetXPath() const;
 
  protected:
-  CXmlElement(const CXmlDocument* document, const CXmlElement* parent, const ExpandedName& name) noexcept
-      : CInstanceMonitor(CountedByOwner()), m_pDocument(document), m_pParent(parent), m_name(&name) {}
+  CXmlElement(const CXmlElement* parent, const ExpandedName& name) noexcept
+      : CInstanceMonitor(CountedByOwner{&name}), m_pParent(parent) {}
   ~CXmlElement() override = default;  // never run: the pool takes nodes back without visiting them
 
  private:
@@ -83,20 +81,26 @@ class OVXMLLIB_API CXmlElement : public CInstanceMonitor {
   using AttributeList = std::vector<CXmlAttribute*>;
   using AliasIndex = std::map<WStringView, WStringView>;  // namespace URI to its first alias
 
+  // What is made of the element when somebody asks for it.
+  struct Made {
+    mutable std::atomic<const WString*> text = nullptr;              // owned
+    mutable std::atomic<const AttributeList*> attributes = nullptr;  // owned
+  };
+
   static ClassType& Record();
+  // Owned by the document's name table.
+  const ExpandedName& Name() const noexcept { return *static_cast<const ExpandedName*>(GetLentWord()); }
   WString GetQName(const AliasIndex& aliases) const;
   WString GetNameWithPredicate(const AliasIndex& aliases) const;
-  const AttributeList& MakeAttributeList() const;
+  const Made& GetMade() const;
   void DropMade() noexcept;
 
-  const CXmlDocument* m_pDocument;        // not owned
   const CXmlElement* m_pParent;           // not owned
   CXmlElement* m_pNextSibling = nullptr;  // owned by the pool, as are the next two
   CXmlElement* m_pFirstChild = nullptr;
   CXmlAttribute* m_pFirstAttribute = nullptr;
-  const ExpandedName* m_name;  // owned by the document's name table
-  PooledText m_text;
-  mutable std::atomic<const AttributeList*> m_attributeList = nullptr;  // owned
+  TextSpan m_text;
+  mutable std::atomic<const Made*> m_made = nullptr;  // owned
 };
 
 }  // namespace OvXmlLib16

@@ -47,6 +47,9 @@ bool IsSurelyAllowed(WStringView text) noexcept {
          }) == 0;
 }
 
+// Up to so many are compared each with each.
+constexpr std::size_t kFewAttributes = 8;
+
 constexpr bool IsChunk(unsigned first) noexcept { return (first & 0xC0) == 0x80; }
 
 }  // namespace
@@ -61,7 +64,9 @@ CFastInfosetReader::CFastInfosetReader(const CFastInfosetContext& context, const
       m_in(data, length, m_start),
       m_names(m_in, tree, m_vocabulary, options.GetSchemaType() == SchemaType_NoNamespaces),
       m_attributeValues{m_vocabulary.GetAttributeValuesTable().m_table, CarriageReturns::Stay},
-      m_characterChunks{m_vocabulary.GetCharacterChunksTable().m_table, CarriageReturns::Go} {}
+      m_characterChunks{m_vocabulary.GetCharacterChunksTable().m_table, CarriageReturns::Go} {
+  m_attributesOfElement.reserve(kFewAttributes);
+}
 
 CFastInfosetReader::~CFastInfosetReader() = default;
 
@@ -221,12 +226,12 @@ void CFastInfosetReader::ParseAttribute(unsigned first) {
 
 // Decided: as in XML no two attributes of an element have the same name, see docs/decisions.md.
 void CFastInfosetReader::CheckAttributesDiffer() {
-  constexpr std::size_t kFew = 8;
   auto& names = m_attributesOfElement;
-  if (names.size() > kFew) std::sort(names.begin(), names.end());
+  const bool areMany = names.size() > kFewAttributes;
+  if (areMany) std::sort(names.begin(), names.end());
   for (std::size_t i = 1; i < names.size(); ++i) {
     // Of sorted names the neighbours.
-    for (std::size_t j = names.size() > kFew ? i - 1 : 0; j < i; ++j) {
+    for (std::size_t j = areMany ? i - 1 : 0; j < i; ++j) {
       if (names[i] == names[j])
         m_in.Fail(u"Failed to parse FastInfoset. An element has two attributes of the same name.");
     }

@@ -37,7 +37,7 @@ const ExpandedName& NameReader::ReadLiteral(QualifiedNames& names, unsigned firs
   }
   if (hasPrefix) ReadText(m_prefixes, /*isName=*/true);
   const std::string_view ns = hasNamespace ? ReadText(m_namespaces, /*isName=*/false) : std::string_view();
-  const ExpandedName& name = Intern(ns, ReadText(m_localNames, /*isName=*/true));
+  const ExpandedName& name = m_tree.InternName(ns, ReadText(m_localNames, /*isName=*/true));
   names.names.Add(&name);
   return name;
 }
@@ -48,15 +48,9 @@ const ExpandedName& NameReader::PreparedNameAt(QualifiedNames& names, std::uint3
   if (name == nullptr) m_in.Fail(u"Failed to parse FastInfoset. There is no name of this index.");
   const CFIVocabulary::CQNameParts& parts = names.prepared[index - 1];
   const std::uint32_t ns = parts.m_dwNamespaceIndex;
-  *name =
-      &Intern(ns == 0 ? std::string_view() : TextAt(m_namespaces, ns), TextAt(m_localNames, parts.m_dwLocalNameIndex));
+  const std::string_view uri = ns == 0 ? std::string_view() : TextAt(m_namespaces, ns);
+  *name = &m_tree.InternName(uri, TextAt(m_localNames, parts.m_dwLocalNameIndex));
   return **name;
-}
-
-const ExpandedName& NameReader::Intern(std::string_view ns, std::string_view local) {
-  if (ns.empty()) return m_tree.InternName(local);
-  ((m_qualified = ns) += '|') += local;
-  return m_tree.InternName(m_qualified);
 }
 
 void NameReader::ReadNamespaceAttribute(unsigned first) {

@@ -18,7 +18,10 @@ namespace OvXmlLib16::fastinfoset {
 template <class Entry>
 class Table {
  public:
-  explicit Table(std::size_t prepared) : m_entries(prepared) { m_entries.reserve(prepared + kFewEntries); }
+  explicit Table(std::size_t prepared) {
+    m_entries.reserve(prepared + kFewEntries);
+    m_entries.resize(prepared);
+  }
 
   void Add(const Entry& entry) {
     if (m_entries.size() < kMaxTableEntries) m_entries.push_back(entry);
@@ -27,7 +30,7 @@ class Table {
   Entry* Find(std::uint32_t index) noexcept { return index > m_entries.size() ? nullptr : &m_entries[index - 1]; }
 
  private:
-  static constexpr std::size_t kFewEntries = 16;
+  static constexpr std::size_t kFewEntries = 32;
 
   std::vector<Entry> m_entries;
 };
@@ -94,15 +97,13 @@ class NameReader {
     return name != nullptr && *name != nullptr ? **name : PreparedNameAt(names, index);
   }
   const ExpandedName& PreparedNameAt(QualifiedNames& names, std::uint32_t index);
-  const ExpandedName& Intern(std::string_view ns, std::string_view local);
 
   OctetReader& m_in;
   DocumentTree& m_tree;
   const bool m_allowsColons;
   NameTexts m_prefixes, m_namespaces, m_localNames;
   QualifiedNames m_elements, m_attributes;
-  std::string m_qualified;  // scratch
-  WString m_wide;           // scratch
+  WString m_wide;  // scratch
 };
 
 }  // namespace OvXmlLib16::fastinfoset

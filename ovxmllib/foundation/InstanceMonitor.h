@@ -46,8 +46,12 @@ class OVXMLLIB_API CInstanceMonitor {
 
   /// \name For an owner of many instances, which counts them and gives their memory back without destroying each
   /// \{
-  struct CountedByOwner {};
-  explicit CInstanceMonitor(CountedByOwner) noexcept : m_pct(nullptr) {}
+  /// The monitor has no use for its own word in such an instance, and lends it to the class.
+  struct CountedByOwner {
+    const void* word;
+  };
+  explicit CInstanceMonitor(CountedByOwner lent) noexcept : m_word(lent.word) {}
+  const void* GetLentWord() const noexcept { return m_word; }
   /// Counts `count` instances at once.
   static void Remember(ClassType& record, std::int64_t count) noexcept;
   /// Takes them off.
@@ -55,7 +59,10 @@ class OVXMLLIB_API CInstanceMonitor {
   /// \}
 
  private:
-  ClassType* m_pct;  // not owned; null where the owner counts
+  union {
+    ClassType* m_pct;    // not owned
+    const void* m_word;  // where the owner counts
+  };
 };
 
 }  // namespace OvXmlLib16

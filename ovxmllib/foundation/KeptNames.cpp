@@ -46,10 +46,12 @@ bool Holds(const std::size_t* kept, WStringView name) noexcept {
 // Whether it is the name. Names hold no U+0000, so that a terminated text ends no later than the difference is found.
 bool Holds(const std::size_t* kept, const WChar* name) noexcept {
   const auto* const units = reinterpret_cast<const WChar*>(kept + 1);
-  for (std::size_t i = 0; i < *kept; ++i) {
+  const std::size_t length = *kept;
+#pragma GCC unroll 4
+  for (std::size_t i = 0; i < length; ++i) {
     if (units[i] != name[i]) return false;
   }
-  return name[*kept] == 0;
+  return name[length] == 0;
 }
 
 // What was found for the texts of late, by the places where they lie. Texts change: each is compared.

@@ -127,6 +127,11 @@ Decoded DecodeSequence(const unsigned char* data, std::size_t left) noexcept {
   return {point, lead.length};
 }
 
+// Whether a character of two bytes begins here, as most do in Latin, Greek, Cyrillic, Hebrew and Arabic text.
+bool IsPair(const unsigned char* data, std::size_t left) noexcept {
+  return left >= 2 && data[0] >= 0xC2 && data[0] <= 0xDF && (data[1] & 0xC0) == 0x80;
+}
+
 WChar* PutWide(std::uint32_t point, WChar* out) noexcept {
   if (point < 0x10000) {
     *out++ = static_cast<WChar>(point);
@@ -199,6 +204,11 @@ Progress Utf8ToWide(const unsigned char* data, std::size_t length, WChar* out) n
     for (; length - i >= kStride && IsAsciiBlock(data + i); i += kStride, out += kStride) WidenBlock(data + i, out);
     for (; i < length && data[i] < 0x80; ++i) *out++ = data[i];
     for (; i < length && data[i] >= 0x80;) {
+      if (IsPair(data + i, length - i)) {
+        *out++ = static_cast<WChar>((data[i] & 0x1F) << 6 | (data[i + 1] & 0x3F));
+        i += 2;
+        continue;
+      }
       const Decoded decoded = DecodeSequence(data + i, length - i);
       if (decoded.units == 0) return {i, written()};
       out = PutWide(decoded.point, out);

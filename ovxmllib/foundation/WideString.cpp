@@ -3,6 +3,7 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/foundation/Unicode.h"
+#include "ovxmllib/foundation/WidenAscii.h"
 
 namespace OvXmlLib16 {
 
@@ -17,6 +18,7 @@ std::string ToUtf8(WStringView text) {
 WString ToWide(std::string_view text) {
   WString result(text.size(), u'\0');
   const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  if (unicode::WidenIf<unicode::IsAscii>(bytes, text.size(), result.data())) return result;
   const unicode::Progress done = unicode::Utf8ToWide(bytes, text.size(), result.data());
   if (done.read != text.size()) {
     throw COvInvalidValueException(FormatString(u"The bytes are no UTF-8 text at position %d.", done.read));

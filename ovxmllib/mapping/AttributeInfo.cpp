@@ -17,10 +17,11 @@ using OvXmlLib16::ItemType_string;
 using OvXmlLib16::ViewOf;
 
 CAttributeInfo::CAttributeInfo(const WChar* name, const WChar* ns, int propertyIndex, bool optional,
-                               const WChar* defaultValue)
+                               const WChar* defaultValue, bool isPrimitive)
     : m_name(ViewOf(name), ViewOf(ns)),
       m_propertyIndex(propertyIndex),
       m_optional(optional),
+      m_isPrimitive(isPrimitive),
       m_defaultValue(ViewOf(defaultValue)) {}
 
 bool CAttributeInfo::IsThisAttribute(const CSerializationContext& context, const CXmlAttribute* attribute) const {
@@ -60,7 +61,7 @@ CAttributeInfoPrimitive::CAttributeInfoPrimitive(const WChar* name, const WChar*
                                                  ItemType itemType, const WChar* formatOverride,
                                                  CWhitespaceUtils::WhitespaceRule whitespaceRule,
                                                  const CPrimitiveRestrictions& restrictions, const WChar* defaultValue)
-    : CAttributeInfo(name, ns, propertyIndex, optional, defaultValue),
+    : CAttributeInfo(name, ns, propertyIndex, optional, defaultValue, /*isPrimitive=*/true),
       m_restrictions(restrictions),
       m_itemType(itemType),
       m_formatOverride(ViewOf(formatOverride)),
@@ -84,10 +85,7 @@ bool CAttributeInfoPrimitive::AttributeFromXml(const CSerializationContext& cont
                                                CXmlAttribute* attribute) {
   if (!attribute->IsNamed(GetPreparedName(), /*inAnyNamespace=*/false)) return false;
   const ScratchVariant scratch;
-  OvVariant& value = *scratch;
-  value.ReferTo(attribute->GetValueView(), m_itemType, m_whitespaceRule);
-  if (context.GetValidateOnRead() && !m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
-  InvokePropertySet(object, value, *attribute);
+  ReadValue(context, object, *attribute, *scratch);
   return true;
 }
 
@@ -116,10 +114,9 @@ void CAttributeInfoEnum::AttributeToXml(const CSerializationContext& context, co
 bool CAttributeInfoEnum::AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                                           CXmlAttribute* attribute) {
   if (!IsThisAttribute(context, attribute)) return false;
-  OvVariant value;
-  // A string of our own: one of the attribute's would stay with the document.
-  value.SetI4(m_textToValue(WString(attribute->GetValueView()).c_str()));
-  InvokePropertySet(object, value, *attribute);
+  const ScratchVariant scratch;
+  (*scratch).SetI4(m_textToValue(scratch.Terminated(attribute->GetValueView())));
+  InvokePropertySet(object, *scratch, *attribute);
   return true;
 }
 

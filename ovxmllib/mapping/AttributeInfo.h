@@ -30,6 +30,8 @@ using OvXmlLib16::CXmlWriter;
 using OvXmlLib16::OvVariant;
 using OvXmlLib16::WStringView;
 
+class CAttributeInfoPrimitive;
+
 /// One entry of the attribute table: a name, a property and rules, never a value. Entries are made with new by
 /// generated code and belong to the class's table. They are never changed, so any number of threads may use one.
 ///
@@ -46,15 +48,21 @@ class OVXMLLIB_API CAttributeInfo {
   /// Sets the property from the attribute and returns true, or returns false when the attribute is not this one.
   virtual bool AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                                 CXmlAttribute* attribute) = 0;
-  /// Whether the attribute has the local name and the namespace, for a walk that asks the likely entry first.
+  /// \name For a walk that asks the likely entry first
+  /// \{
+  /// Whether the attribute has the local name and the namespace.
   bool IsNamedAs(const CXmlAttribute& attribute) const noexcept {
     return attribute.IsNamed(m_name, /*inAnyNamespace=*/false);
   }
+  /// The entry, if it is for a value of a primitive type, else null.
+  inline const CAttributeInfoPrimitive* AsPrimitive() const noexcept;
+  /// \}
   /// Throws COvValidationException when the attribute had to be there and was not seen.
   virtual void Validate(const CSerializationContext& context, bool seen) const = 0;
 
  protected:
-  CAttributeInfo(const WChar* name, const WChar* ns, int propertyIndex, bool optional, const WChar* defaultValue);
+  CAttributeInfo(const WChar* name, const WChar* ns, int propertyIndex, bool optional, const WChar* defaultValue,
+                 bool isPrimitive = false);
 
   /// Whether the local name is equal, and the namespace unless the context ignores it. False for null.
   bool IsThisAttribute(const CSerializationContext& context, const CXmlAttribute* attribute) const;
@@ -106,6 +114,7 @@ class OVXMLLIB_API CAttributeInfo {
   OvXmlLib16::PreparedName m_name;
   int m_propertyIndex;
   bool m_optional;
+  bool m_isPrimitive;  // it is a CAttributeInfoPrimitive
   WString m_defaultValue;
 };
 
@@ -121,6 +130,13 @@ class OVXMLLIB_API CAttributeInfoPrimitive : public CAttributeInfo {
   bool AttributeFromXml(const CSerializationContext& context, CXmlGeneratedClass* object,
                         CXmlAttribute* attribute) override;
   void Validate(const CSerializationContext& context, bool seen) const override;
+  /// Sets the property from the attribute, which is this one, by way of `value`.
+  void ReadValue(const CSerializationContext& context, CXmlGeneratedClass* object, const CXmlAttribute& attribute,
+                 OvVariant& value) const {
+    value.ReferTo(attribute.GetValueView(), m_itemType, m_whitespaceRule);
+    if (context.GetValidateOnRead() && !m_facetShortcut.SurelyPasses(value)) CheckRestriction(value);
+    InvokePropertySet(object, value, attribute);
+  }
 
   /// Checks a value against the facets of the attribute, for setters that want to; writing does it always, reading when
   /// the context says ValidateOnRead. Throws as CheckPrimitiveValue.
@@ -133,6 +149,10 @@ class OVXMLLIB_API CAttributeInfoPrimitive : public CAttributeInfo {
   CWhitespaceUtils::WhitespaceRule m_whitespaceRule;
   OvXmlLib16::FacetShortcut m_facetShortcut;
 };
+
+inline const CAttributeInfoPrimitive* CAttributeInfo::AsPrimitive() const noexcept {
+  return m_isPrimitive ? static_cast<const CAttributeInfoPrimitive*>(this) : nullptr;
+}
 
 /// An attribute with a value of a generated enumeration.
 class OVXMLLIB_API CAttributeInfoEnum : public CAttributeInfo {

@@ -80,9 +80,9 @@ CSmartPtr<CXmlObjectBase> CElementInfo::GetObject(const CXmlGeneratedClass* obje
 }
 
 void CElementInfo::SetObject(CXmlGeneratedClass* object, CXmlObjectBase* held, const CXmlElement& element) const {
-  OvVariant value;
-  value.SetXmlObject(held);
-  InvokePropertySet(object, value, element);
+  const ScratchVariant scratch;
+  (*scratch).SetXmlObject(held);
+  InvokePropertySet(object, *scratch, element);
 }
 
 // A reader takes the default for an empty element.

@@ -1,6 +1,7 @@
 #include "ovxmllib/mapping/ElementKinds.h"
 
 #include "ovxmllib/collections/ElementCol.h"
+#include "ovxmllib/mapping/ScratchVariant.h"
 
 namespace OvXmlLib16Data {
 
@@ -79,9 +80,9 @@ void ColKind::PseudoChildAttributeToXml(const CSerializationContext& context, co
 }
 
 CSmartPtr<CXmlCollectionBase> ColKind::GetCollection(const CXmlGeneratedClass* object) const {
-  OvVariant value;
-  ReadProperty(object, value);
-  return value.GetXmlCollection();
+  const ScratchVariant scratch;
+  ReadProperty(object, *scratch);
+  return (*scratch).GetXmlCollection();
 }
 
 CXmlElement* ColKind::ReadItems(CXmlCollectionBase& collection, CXmlElement* parent, CXmlElement* child,

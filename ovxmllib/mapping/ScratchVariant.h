@@ -34,6 +34,8 @@ class ScratchVariant {
     value.AppendTo(m_lent->text, format);
     return m_lent->text;
   }
+  /// A terminated copy of a text that has no U+0000; valid until the next call of this or of Print.
+  const OvXmlLib16::WChar* Terminated(OvXmlLib16::WStringView text) const { return (m_lent->text = text).c_str(); }
 
  private:
   struct Lent {

@@ -3,7 +3,6 @@
 #include "ovxmllib/binding/FormatString.h"
 #include "ovxmllib/binding/OvException.h"
 #include "ovxmllib/collections/AttributeCol.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/NamespaceAliasMap.h"
 #include "ovxmllib/document/PreparedName.h"
 #include "ovxmllib/document/XmlWriter.h"
@@ -32,22 +31,6 @@ void CleanTable(Entry**& table) {
 }  // namespace
 
 COVCriticalSection CXmlGeneratedClass::m_csInit;
-
-void* CXmlGeneratedClass::operator new(std::size_t bytes) { return AllocateBoundObject(bytes); }
-void* CXmlGeneratedClass::operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-  try {
-    return AllocateBoundObject(bytes);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-void* CXmlGeneratedClass::operator new(std::size_t bytes, std::align_val_t alignment) {
-  return ::operator new(bytes, alignment);
-}
-void CXmlGeneratedClass::operator delete(void* object) noexcept { FreeObject(object); }
-void CXmlGeneratedClass::operator delete(void* object, std::align_val_t alignment) noexcept {
-  ::operator delete(object, alignment);
-}
 
 void CXmlGeneratedClass::ReadProperty(int index, OvVariant& value) const {
   const_cast<CXmlGeneratedClass*>(this)->AccessProperty(index, /*read=*/true, value);

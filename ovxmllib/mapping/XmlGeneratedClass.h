@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <new>
 
 #include "ovxmllib/binding/Export.h"
 #include "ovxmllib/binding/XmlObjectBase.h"
@@ -36,21 +35,7 @@ using OvXmlLib16Data::XmlElementType;
 /// The tables are made once per class, at its first use and under m_csInit, with new: entries, and two arrays of
 /// pointers to them that end with null. They may be asked for at any time and must be the same each time. CleanMetaData
 /// gives them up. Tables are read by any number of threads; an object is for one thread at a time.
-///
-/// Objects that are made while a document of a thousand elements or more is read lie in slabs of 64 KiB in the order of
-/// their making, which makes them quicker to make and to delete; a slab is free for other use when nothing in it is
-/// left. All others lie on the heap. A class that has another base with operators new says by a using declaration which
-/// ones it takes, and may take any.
 class OVXMLLIB_API CXmlGeneratedClass : public CXmlObjectBase {
- public:
-  static void* operator new(std::size_t bytes);
-  static void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept;
-  static void* operator new(std::size_t bytes, std::align_val_t alignment);
-  static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void* object) noexcept;
-  static void operator delete(void* object, std::align_val_t alignment) noexcept;
-  static void operator delete(void*, void*) noexcept {}
-
  protected:
   /// Stores the property of this index in `value` when `read` is true, else takes it from there. Objects travel as
   /// SetXmlObject, collections as SetXmlCollection, enumerations as SetI4, everything else in its own ItemType. A

@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "ovxmllib/binding/FormatString.h"
+#include "ovxmllib/binding/ObjectMemory.h"
 #include "ovxmllib/binding/OvException.h"
-#include "ovxmllib/collections/ObjectMemory.h"
 #include "ovxmllib/document/XmlAttribute.h"
 #include "ovxmllib/document/XmlDocument.h"
 #include "ovxmllib/mapping/AttributeInfo.h"
@@ -17,6 +17,7 @@
 
 namespace OvXmlLib16 {
 
+using OvXmlLib16Data::ScratchVariant;
 using OvXmlLib16Data::XmlElementGroupType_All;
 using OvXmlLib16Data::XmlElementGroupType_Choice;
 using OvXmlLib16Data::XmlElementGroupType_Sequence;
@@ -148,10 +149,17 @@ void CXmlGeneratedClass::ProcessAttributesFromXml(const CSerializationContext& c
   CAttributeInfo** const entries = GetClassAttributeInfo();
   const CXmlAttribute* attribute = element->GetFirstAttribute();
   std::size_t taken = 0;
+  std::optional<ScratchVariant> scratch;
   // Mostly these are the attributes of the table in its order. One with a namespace may stand for something else.
   while (attribute != nullptr && entries[taken] != nullptr && !context.GetIgnoreNamespaces() &&
-         attribute->GetNamespaceURI().empty() && entries[taken]->IsNamedAs(*attribute) &&
-         Offer(context, *attribute, *entries[taken])) {
+         attribute->GetNamespaceURI().empty() && entries[taken]->IsNamedAs(*attribute)) {
+    if (const auto* const primitive = entries[taken]->AsPrimitive()) {
+      if (!scratch) scratch.emplace();
+      primitive->ReadValue(context, this, *attribute, **scratch);
+    } else {
+      scratch.reset();  // for the entry to use
+      if (!Offer(context, *attribute, *entries[taken])) break;
+    }
     ++taken;
     attribute = CXmlElement::GetNextAttribute(*attribute);
   }
@@ -216,7 +224,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationCo
   CElementInfo** const entries = GetClassElementInfo();
   CXmlElement* const saved = child;
   LazyNamespace ns(*this);
-  std::optional<OvXmlLib16Data::ScratchVariant> scratch;  // for values that follow on each other
+  std::optional<ScratchVariant> scratch;  // for values that follow on each other
   const bool skips = context.GetIgnoreUnknownElements();
   for (std::size_t start = 0;;) {
     for (std::size_t i = start; entries[i] != nullptr; start = i++) {
@@ -225,7 +233,7 @@ CXmlElement* CXmlGeneratedClass::ProcessElementSeqFromXml(const CSerializationCo
         entries[i]->ReadPlainValue(context, this, &child, **scratch);
         continue;
       }
-      scratch.reset();
+      scratch.reset();  // for the entry to use
       while (!entries[i]->ElementFromXml(context, this, parent, &child, ns.For(*entries[i]), elementType)) {
         if (!skips || child == nullptr) return saved;
         child = child->GetNextSiblingElement();

@@ -1,4 +1,4 @@
-#include "ovxmllib/collections/ObjectMemory.h"
+#include "ovxmllib/binding/ObjectMemory.h"
 
 #include <atomic>
 #include <cstdint>
