@@ -19,6 +19,7 @@ constexpr bool kPools = !__has_feature(address_sanitizer);
 constexpr bool kPools = true;
 #endif
 
+constexpr std::size_t kPageBytes = 64 * 1024;
 constexpr std::size_t kLargest = 4096;
 constexpr std::int64_t kOpen = std::int64_t{1} << 32;  // more pieces than a slab has
 
@@ -54,7 +55,7 @@ struct OpenPage {
   }
 
   void Open() {
-    Slab slab(kSmallestCachedSlab);
+    Slab slab(kPageBytes);
     Close();
     std::byte* const memory = slab.GetMemory();
     end = memory + slab.GetSize();

@@ -8,7 +8,7 @@ namespace OvXmlLib16 {
 namespace {
 
 // Small documents fit into the first slab. The last one, half empty on average, wastes little of a large document.
-constexpr std::size_t kFirstSlab = 8 * 1024;
+constexpr std::size_t kFirstSlab = kSmallestSlab;
 
 // Each slab is twice as large as the one before, up to the largest.
 std::size_t UsualSize(std::size_t index) noexcept {

@@ -26,13 +26,15 @@ class Slab {
 };
 
 // Memory that goes back to the system is paid for again, page by page, by the next document: measured, half as much as
-// parsing that document takes. So slabs from kSmallestCachedSlab to kLargestSlab, in powers of two, are kept for later
-// documents of all threads, up to kMaxCached bytes in the process. Others go back at once.
-inline constexpr std::size_t kSmallestCachedSlab = 64 * 1024;
+// parsing that document takes. So slabs from kSmallestSlab to kLargestSlab, in powers of two, are kept for later
+// documents: up to kMaxOfThread bytes by the thread that gives them up, for itself, whose processor has them at hand;
+// then up to kMaxCached bytes in the process, for all threads. Others go back at once.
+inline constexpr std::size_t kSmallestSlab = 8 * 1024;
 inline constexpr std::size_t kLargestSlab = 4 * 1024 * 1024;
+inline constexpr std::size_t kMaxOfThread = 1024 * 1024;
 inline constexpr std::size_t kMaxCached = 128 * 1024 * 1024;
 
-/// Gives what the cache holds to the system.
+/// Gives what is kept, for all threads and for this one, to the system.
 void TrimSlabCache() noexcept;
 
 }  // namespace OvXmlLib16

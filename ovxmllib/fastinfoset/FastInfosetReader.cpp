@@ -50,6 +50,10 @@ bool IsSurelyAllowed(WStringView text) noexcept {
 // Up to so many are compared each with each.
 constexpr std::size_t kFewAttributes = 8;
 
+// An element without attributes or namespaces.
+constexpr bool IsPlainElement(unsigned first) noexcept {
+  return first < octet::kAttributesFollow && (first & 0x3C) != octet::kNamespacesFollow;
+}
 constexpr bool IsChunk(unsigned first) noexcept { return (first & 0xC0) == 0x80; }
 
 }  // namespace
@@ -133,8 +137,8 @@ inline WStringView CFastInfosetReader::Decode(const fastinfoset::StoredString& s
   return text;
 }
 
-// An element without attributes or namespaces whose name has an index. Most of them hold one text and no more: these
-// are made at once. Returns the octet behind what was read; half of a double terminator is a single one.
+// Most plain elements hold one text and no more: these are made at once. Returns the octet behind what was read; half
+// of a double terminator is a single one.
 inline unsigned CFastInfosetReader::ParsePlainElement(unsigned first) {
   m_tree.CheckDepth();
   const ExpandedName& name = m_names.ReadElementName(first);
@@ -157,7 +161,7 @@ inline unsigned CFastInfosetReader::ParsePlainElement(unsigned first) {
 // The element that begins in `first`, with all that it holds (C.3). No depth costs stack.
 void CFastInfosetReader::ParseRoot(unsigned first) {
   for (unsigned next = ParseStartOfElement(first);;) {
-    if (next < octet::kNamespacesFollow) {
+    if (IsPlainElement(next)) {
       next = ParsePlainElement(next);
     } else if (fastinfoset::IsTerminator(next)) {
       if (!m_tree.CloseElement()) return;

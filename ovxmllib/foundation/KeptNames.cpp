@@ -54,8 +54,8 @@ bool Holds(const std::size_t* kept, const WChar* name) noexcept {
   return name[length] == 0;
 }
 
-// What was found for the texts of late, by the places where they lie. Texts change: each is compared.
-constinit std::array<std::atomic<const std::size_t*>, 64> g_found{};
+// What was found for texts, by the places where they lie. Texts change: each is compared.
+constinit std::array<std::atomic<const std::size_t*>, 512> g_found{};
 
 std::atomic<const std::size_t*>& FoundFor(const WChar* name) noexcept {
   return g_found[reinterpret_cast<std::uintptr_t>(name) / sizeof(WChar) % g_found.size()];
