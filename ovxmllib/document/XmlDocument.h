@@ -112,8 +112,8 @@ class OVXMLLIB_API CXmlDocument : public CInstanceMonitor {
   /// The first alias, in code unit order, that the document declares for a namespace; empty for none.
   WString LookupAliasFromNamespace(const WChar* uri) const;
 
-  /// Gives the memory that is kept for later documents, up to 128 MiB in the process, to the system. Any thread may
-  /// call it at any time.
+  /// Gives the memory that is kept for later documents to the system: up to 128 MiB in the process, and up to 1 MiB
+  /// that this thread keeps for itself; that of other threads stays until they end. Any thread may call it at any time.
   static void ReleaseSpareMemory() noexcept;
 
  protected:

@@ -25,10 +25,6 @@ constexpr bool IsAsciiWithoutCr(std::uint64_t block) noexcept {
   const std::uint64_t differs = block ^ EachByte('\r');
   return ((block | (differs - EachByte(1))) & EachByte(0x80)) == 0;
 }
-/// From U+0020 to U+007F: a smaller byte borrows into its top bit.
-constexpr bool IsAsciiWithoutControls(std::uint64_t block) noexcept {
-  return ((block | (block - EachByte(0x20))) & EachByte(0x80)) == 0;
-}
 /// \}
 
 template <class Word>

@@ -122,7 +122,10 @@ void OvVariant::Read(OvVariant& value, WStringView text, CWhitespaceUtils::White
 
 void OvVariant::FromString(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {
   ReferTo(text, type, rule);
-  OwnText();
+  if (m_form != kLentText) return;
+  // Where there is no memory for the copy, nothing refers to the text any more.
+  HoldNothing(ItemType_none, /*isNil=*/false);
+  Set<ItemType_string>(m_lent);
 }
 
 void OvVariant::ReferTo(WStringView text, ItemType type, CWhitespaceUtils::WhitespaceRule rule) {

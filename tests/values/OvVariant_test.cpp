@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <utility>
+
 #include "tests/support/AnyObject.h"
 #include "tests/support/Thrown.h"
 
@@ -48,6 +51,34 @@ TEST(OvVariant, CopiesDeeplyAndMoves) {
   moved.SetNil();
   copy = moved;
   EXPECT_TRUE(copy.IsNil() && copy.GetTypeAsEnum() == ItemType_string);
+}
+
+// What refers to a text lives no longer than the text; whatever is made of it does.
+TEST(OvVariant, OwnsWhatIsMadeOfALentText) {
+  constexpr auto kPreserve = CWhitespaceUtils::WhitespaceRule_Preserve;
+  auto lent = std::make_unique<WString>(u"a text that is too long to lie in a string");
+  const WString text = *lent;
+  OvVariant first, second, read;
+  first.ReferTo(*lent);
+  second.ReferTo(*lent, ItemType_string, kPreserve);
+  EXPECT_EQ(first.GetStringView().data(), lent->data());
+  EXPECT_EQ(second.GetStringView().data(), lent->data());
+  const OvVariant copy(first), moved(std::move(first));
+  OvVariant assigned;
+  assigned = second;
+  const WString& asked = second.Get<ItemType_string>();
+  read.FromString(*lent, ItemType_string, kPreserve);
+  lent->assign(lent->size(), u'?');
+  lent.reset();
+  for (const OvVariant* variant :
+       {&copy, &moved, &std::as_const(assigned), &std::as_const(second), &std::as_const(read)}) {
+    EXPECT_EQ(variant->GetString(), text);
+    EXPECT_EQ(variant->ToString(nullptr), text);
+  }
+  EXPECT_EQ(asked, text);
+  EXPECT_FALSE(first.IsValid());
+  second.ReferTo(u"a\r\nb", ItemType_string, kPreserve);
+  EXPECT_EQ(second.GetString(), u"a\nb");
 }
 
 TEST(OvVariant, KeepsTheMemoryOfATextThroughOtherValues) {
